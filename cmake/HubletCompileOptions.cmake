@@ -1,0 +1,23 @@
+# Warnings are errors in every build, so that a slip shows on Linux before it reaches the
+# Windows compiler.
+function(hublet_strict target)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /WX /permissive-)
+  else()
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+      -Wno-sign-conversion -Werror)
+  endif()
+endfunction()
+
+if(MINGW)
+  # Conforming printf (transcripts print floats the same way on every build) and a
+  # self-contained executable, so Wine needs no MinGW runtime DLLs.
+  add_compile_definitions(__USE_MINGW_ANSI_STDIO=1 UNICODE _UNICODE)
+  add_link_options(-static -static-libgcc -static-libstdc++)
+endif()
+
+if(HUBLET_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
+    -fno-omit-frame-pointer -fsanitize=float-cast-overflow)
+  add_link_options(-fsanitize=address,undefined)
+endif()

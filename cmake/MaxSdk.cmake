@@ -1,0 +1,15 @@
+# Finds the 3ds Max 2017 SDK for the plug-in build. Its root (the folder that holds
+# maxsdk/) comes from -DMAXSDK_DIR=... or from ADSK_3DSMAX_SDK_2017, which the SDK's
+# installer sets. Without it only the portable builds are made.
+set(MAXSDK_DIR "$ENV{ADSK_3DSMAX_SDK_2017}" CACHE PATH "Root of the 3ds Max 2017 SDK (holds maxsdk/)")
+set(HUBLET_MAXSDK_FOUND OFF)
+if(MAXSDK_DIR AND EXISTS "${MAXSDK_DIR}/maxsdk/include/maxapi.h")
+  if(NOT MSVC OR NOT CMAKE_SIZEOF_VOID_P EQUAL 8)
+    message(WARNING "3ds Max 2017 SDK found at ${MAXSDK_DIR}, but the plug-in needs MSVC 2015 x64: Hublet.gup is skipped.")
+  else()
+    set(HUBLET_MAXSDK_FOUND ON)
+    message(STATUS "3ds Max 2017 SDK: ${MAXSDK_DIR}")
+  endif()
+else()
+  message(STATUS "3ds Max 2017 SDK not found (set -DMAXSDK_DIR or ADSK_3DSMAX_SDK_2017): the plug-in target Hublet.gup is skipped.")
+endif()

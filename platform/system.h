@@ -1,0 +1,37 @@
+#pragma once
+// What the plug-in asks of the operating system, apart from the host: the preference file,
+// who and where the user is, today's date, and the COM and sockets libraries. The real
+// implementation calls Win32 on Windows and POSIX elsewhere; the simulated host has one
+// whose answers a test chooses.
+#include <memory>
+#include <string>
+
+#include "platform/profile.h"
+
+namespace hublet {
+
+struct LocalDate {
+  int day;    // 1 to 31
+  int month;  // 1 to 12
+  int year;   // four digits
+};
+
+class System {
+ public:
+  virtual ~System() = default;
+  virtual void InitializeCom() = 0;
+  virtual void StartSockets() = 0;
+  virtual void ReleaseSockets() = 0;
+  // The current account name (GetUserNameW); empty when it cannot be read.
+  virtual std::wstring UserName() = 0;
+  // The machine's host name (gethostname), widened with the C library's multibyte-to-wide
+  // conversion; empty when it cannot be read.
+  virtual std::wstring HostName() = 0;
+  virtual LocalDate Today() = 0;
+  virtual std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path) = 0;
+};
+
+// The operating system this build runs on.
+std::unique_ptr<System> MakeNativeSystem();
+
+}  // namespace hublet

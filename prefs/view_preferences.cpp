@@ -1,0 +1,91 @@
+#include "prefs/view_preferences.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "frame/hublet.h"
+#include "settings/preference_keys.h"
+
+namespace hublet {
+
+const Matrix43 homeViewMatrix = {{{0.707107f, 0.353553f, -0.612372f},
+                                  {-0.707107f, 0.353553f, -0.612372f},
+                                  {0.0f, 0.866025f, 0.5f},
+                                  {0.0f, 0.0f, -250.0f}}};
+
+namespace {
+
+// Shading styles used when the file's own are not applied.
+constexpr int kPerspectiveDefaultStyle = 0;
+constexpr int kOtherDefaultStyle = 5;
+
+void SetUpViewport(Host& host, const HubletSettings& s, int index) {
+  host.SetActiveViewport(index);
+  // A stored type without a view command leaves the viewport's view as it is; the rest
+  // of its setup still follows the view it has.
+  const int type = s.viewType[index];
+  if (type >= 0 && type < host::kViewTypeCount) host.ExecuteCommand(host::viewTypeCommand[type]);
+
+  View& view = host.ActiveView();
+  const bool hasShading = view.HasShadingExtension();
+  if (s.useDisplayModes != 0) {
+    if (hasShading) view.SetShadingStyle(s.viewStyle[index]);
+    host.SetActiveViewportEdgedFaces(s.viewEdges[index]);
+  } else {
+    if (hasShading)
+      view.SetShadingStyle(view.IsPerspective() ? kPerspectiveDefaultStyle : kOtherDefaultStyle);
+    host.SetActiveViewportEdgedFaces(0);
+  }
+  if (view.IsPerspective()) view.SetAffineTransform(homeViewMatrix);
+}
+
+void ApplyLayout(Hublet& hublet, ProfileReader& reader) {
+  HubletSettings& s = hublet.settings;
+  ReadPreferenceKeys(reader, s, ReadWhen::LayoutStage);
+  Host& host = hublet.host();
+  host.SetViewportLayout(s.viewLayout);
+  host.SetExpertMode(s.expertMode);
+  host.SetCommandPanelOpen(s.commandPanel);
+  // Only four viewports have stored keys; a larger count sets up those four.
+  const int count = std::min(s.viewCount, kStoredViewCount);
+  for (int i = 0; i < count; ++i) SetUpViewport(host, s, i);
+}
+
+bool IsGammaTarget(ClassId renderer) {
+  for (const ClassId& target : host::rendererGammaTargets)
+    if (target == renderer) return true;
+  return false;
+}
+
+void ApplyGamma(Hublet& hublet, ProfileReader& reader) {
+  HubletSettings& s = hublet.settings;
+  ReadPreferenceKeys(reader, s, ReadWhen::GammaStage);
+  Host& host = hublet.host();
+  host.SetDisplayGamma(s.displayGamma);
+  host.SetFileInGamma(s.fileInGamma);
+  host.SetFileOutGamma(s.fileOutGamma);
+  const Lookup<ClassId> renderer = host.CurrentRendererClass(true);
+  if (renderer.found && IsGammaTarget(renderer.value))
+    host.SetRendererFloat(host::kRendererGammaBlock, host::kRendererGammaParam, hublet.sceneTime,
+                          s.rendererGamma, 0);
+}
+
+void ApplyFrameRate(Hublet& hublet, ProfileReader& reader) {
+  ReadPreferenceKeys(reader, hublet.settings, ReadWhen::FrameRateStage);
+  hublet.host().SetFrameRate(hublet.settings.frameRate);
+}
+
+}  // namespace
+
+void ApplyViewPreferences(Hublet& hublet) {
+  const HubletSettings& s = hublet.settings;
+  const std::wstring path = PreferenceFilePath(hublet.host());
+  if (s.useViewLayout == 0 && s.useGamma == 0 && s.useFrameRate == 0) return;
+  // One reader serves the whole pass, so the file is read once.
+  const std::unique_ptr<ProfileReader> reader = hublet.system().OpenProfile(path);
+  if (s.useViewLayout != 0) ApplyLayout(hublet, *reader);
+  if (s.useGamma != 0) ApplyGamma(hublet, *reader);
+  if (s.useFrameRate != 0) ApplyFrameRate(hublet, *reader);
+}
+
+}  // namespace hublet
