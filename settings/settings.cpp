@@ -9,7 +9,7 @@
 namespace hublet {
 
 std::wstring PreferenceFilePath(Host& host) {
-  return JoinHostPath(host.Directory(host::kDirPlugCfg), L"Vantor.ini");
+  return JoinHostPath(host.Directory(host::kDirPlugCfg), kPreferenceFileName);
 }
 
 void LoadSettings(ProfileReader& reader, HubletSettings& settings) {

@@ -8,6 +8,7 @@
 namespace hublet {
 
 constexpr int kStoredViewCount = 4;  // only VP0... to VP3... keys exist
+constexpr const wchar_t* kPreferenceFileName = L"Vantor.ini";
 
 // Every field is a 32-bit value; the file may hold any integer in a switch, while the
 // preference interface stores only 0 or 1.

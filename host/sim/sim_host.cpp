@@ -102,9 +102,13 @@ TimeValue SimHost::CurrentTime() {
   return time_;
 }
 
-std::wstring SimHost::Directory(int id) {
+std::wstring SimHost::DirectoryOf(int id) const {
   const auto it = directories_.find(id);
-  const std::wstring path = it == directories_.end() ? std::wstring() : it->second;
+  return it == directories_.end() ? std::wstring() : it->second;
+}
+
+std::wstring SimHost::Directory(int id) {
+  const std::wstring path = DirectoryOf(id);
   Record("Directory(" + Int(id) + ") -> " + FormatText(path));
   return path;
 }

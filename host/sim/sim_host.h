@@ -107,6 +107,7 @@ class SimHost final : public Host {
   // The scene, for setting up and for checks.
   SimView& viewport(int index) { return *views_[static_cast<std::size_t>(index)]; }
   void SetDirectory(int id, const std::wstring& path) { directories_[id] = path; }
+  std::wstring DirectoryOf(int id) const;
   void AddFile(const std::wstring& path) { files_.push_back(path); }
   void SetTime(TimeValue time) { time_ = time; }
   void SetRenderer(ClassId renderer) { rendererPresent_ = true; renderer_ = renderer; }
