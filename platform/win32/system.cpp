@@ -1,0 +1,62 @@
+// winsock2.h must come before windows.h, which would pull in the old winsock.h.
+#include <winsock2.h>
+#include <windows.h>
+#include <objbase.h>
+
+#include <cstdlib>
+#include <ctime>
+
+#include "platform/system.h"
+
+namespace hublet {
+namespace {
+
+class Win32System final : public System {
+ public:
+  void InitializeCom() override { ::CoInitialize(nullptr); }
+
+  void StartSockets() override {
+    WSADATA data;
+    ::WSAStartup(MAKEWORD(2, 2), &data);
+  }
+
+  void ReleaseSockets() override { ::WSACleanup(); }
+
+  std::wstring UserName() override {
+    wchar_t buffer[257] = {};
+    DWORD size = 257;
+    if (!::GetUserNameW(buffer, &size)) return std::wstring();
+    return std::wstring(buffer, ::wcsnlen(buffer, 257));
+  }
+
+  // Needs the sockets library started; without it the buffer stays empty.
+  std::wstring HostName() override {
+    char narrow[260] = {};
+    if (::gethostname(narrow, 260) != 0) return std::wstring();
+    narrow[259] = '\0';
+    wchar_t wide[260] = {};
+    if (std::mbstowcs(wide, narrow, 260) == static_cast<std::size_t>(-1)) {
+      return std::wstring();
+    }
+    return std::wstring(wide, ::wcsnlen(wide, 260));
+  }
+
+  LocalDate Today() override {
+    const std::time_t now = std::time(nullptr);
+    const std::tm* local = std::localtime(&now);
+    if (local == nullptr) return LocalDate{1, 1, 1970};
+    return LocalDate{local->tm_mday, local->tm_mon + 1, local->tm_year + 1900};
+  }
+
+  std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path) override {
+    return hublet::OpenProfile(path);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<System> MakeNativeSystem() {
+  return std::unique_ptr<System>(new Win32System());
+}
+
+}  // namespace hublet

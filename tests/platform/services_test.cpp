@@ -1,0 +1,71 @@
+// UTF-8 conversions and the operating-system services behind the plug-in.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/system.h"
+#include "platform/wide_text.h"
+#include "tests/platform/temp_file.h"
+
+namespace hublet {
+namespace {
+
+std::wstring Units(const std::u16string& text) { return std::wstring(text.begin(), text.end()); }
+
+TEST(WideText, Utf8ToUtf16Units) {
+  struct Row {
+    std::string utf8;
+    std::u16string units;
+  };
+  const Row rows[] = {
+      {"", u""},
+      {"ascii", u"ascii"},
+      {"\xC3\xA9t\xC3\xA9 \xE2\x82\xAC", u"\u00E9t\u00E9 \u20AC"},
+      {"\xF0\x9F\x98\x80", u"\U0001F600"},                  // two units
+      {"a\xFF" "b", u"a\uFFFDb"},                             // never a lead byte
+      {"\xC0\xAF", u"\uFFFD\uFFFD"},                          // overlong
+      {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},                // encoded surrogate
+      {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},      // past U+10FFFF
+      {"\xE2\x82" "A", u"\uFFFD" u"A"},                       // truncated: one U+FFFD
+      {"\xF0\x9F\x98", u"\uFFFD"},                            // truncated at the end
+  };
+  for (const Row& row : rows) EXPECT_EQ(Units(row.units), Utf8ToWide(row.utf8)) << row.utf8;
+}
+
+TEST(WideText, Utf16UnitsToUtf8) {
+  struct Row {
+    std::u16string units;
+    std::string utf8;
+  };
+  const Row rows[] = {
+      {u"\u00E9\u20AC\U0001F600", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"},
+      {u"a\xD83D" u"b", "a\xEF\xBF\xBD" "b"},  // lone high surrogate
+      {u"\xDE00", "\xEF\xBF\xBD"},             // lone low surrogate
+      {u"\xD83D", "\xEF\xBF\xBD"},             // high surrogate at the end
+  };
+  for (const Row& row : rows) EXPECT_EQ(row.utf8, WideToUtf8(Units(row.units)));
+}
+
+TEST(NativeSystem, AnswersSanely) {
+  const std::unique_ptr<System> system = MakeNativeSystem();
+  system->InitializeCom();
+  system->StartSockets();
+  EXPECT_FALSE(system->HostName().empty());
+  EXPECT_LE(system->UserName().size(), 256u);
+  system->ReleaseSockets();
+
+  const LocalDate today = system->Today();
+  EXPECT_GE(today.year, 2020);
+  EXPECT_LE(today.year, 9999);
+  EXPECT_GE(today.month, 1);
+  EXPECT_LE(today.month, 12);
+  EXPECT_GE(today.day, 1);
+  EXPECT_LE(today.day, 31);
+
+  testutil::TempFile file;
+  file.Write("[FLINT]\r\nBOXSAVE=0\r\n");
+  EXPECT_EQ(0u, system->OpenProfile(file.Path())->ReadInt(L"FLINT", L"BOXSAVE", 1));
+}
+
+}  // namespace
+}  // namespace hublet
