@@ -1,0 +1,17 @@
+#pragma once
+// The files the tool reads itself (the checker's bytes) and the paths it hands to the
+// plug-in's profile reader.
+#include <string>
+
+namespace hublet {
+namespace tool {
+
+// The content of a regular file; false with a reason in error when it cannot be read.
+bool ReadFileBytes(const std::string& path, std::string& bytes, std::string& error);
+
+// path as the profile reader of this build needs it. The Windows profile API looks up a
+// bare file name in the Windows folder, so on Windows the path is made absolute.
+std::wstring ProfilePath(const std::string& path);
+
+}  // namespace tool
+}  // namespace hublet
