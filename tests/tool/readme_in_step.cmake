@@ -1,0 +1,12 @@
+# The README's preference reference is what `hublet keys` prints from the preference
+# table; this fails when one changes without the other.
+execute_process(COMMAND ${EMULATOR} ${TOOL} keys OUTPUT_VARIABLE keys RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "hublet keys failed: ${status}")
+endif()
+string(REPLACE "\r\n" "\n" keys "${keys}")
+file(READ ${README} readme)
+string(FIND "${readme}" "<!-- hublet keys: begin -->\n${keys}<!-- hublet keys: end -->" at)
+if(at EQUAL -1)
+  message(FATAL_ERROR "README.md's preference reference differs from `hublet keys`: paste its output between the markers")
+endif()
