@@ -8,6 +8,9 @@ if(MAXSDK_DIR AND EXISTS "${MAXSDK_DIR}/maxsdk/include/maxapi.h")
     message(WARNING "3ds Max 2017 SDK found at ${MAXSDK_DIR}, but the plug-in needs MSVC 2015 x64: Hublet.gup is skipped.")
   else()
     set(HUBLET_MAXSDK_FOUND ON)
+    # 3ds Max and its SDK libraries use the release DLL runtime (/MD); so must every library
+    # linked into Hublet.gup, in every configuration.
+    set(CMAKE_MSVC_RUNTIME_LIBRARY MultiThreadedDLL)
     message(STATUS "3ds Max 2017 SDK: ${MAXSDK_DIR}")
   endif()
 else()

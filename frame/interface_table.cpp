@@ -25,11 +25,14 @@ const InterfaceFunction kFunctions[] = {
     Setter(22, &S::useFrameRate, "useFrameRate"),
 };
 
+static_assert(sizeof(kFunctions) / sizeof(kFunctions[0]) == kPreferenceFunctionCount,
+              "the host's descriptor lists every function");
+
 }  // namespace
 
 const InterfaceDeclaration kPreferenceInterface = {
     host::kPreferenceInterfaceId, host::kPreferenceInterfaceName,
-    host::kPreferenceInterfaceDescription, kFunctions, sizeof(kFunctions) / sizeof(kFunctions[0])};
+    host::kPreferenceInterfaceDescription, kFunctions, kPreferenceFunctionCount};
 
 const InterfaceFunction* FindInterfaceFunction(int id) {
   for (const InterfaceFunction& function : kFunctions)

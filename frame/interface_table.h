@@ -20,6 +20,9 @@ struct InterfaceFunction {
   const char* fieldName;
 };
 
+// The host's descriptor lists its functions one by one, so their number is fixed here.
+constexpr std::size_t kPreferenceFunctionCount = 13;
+
 struct InterfaceDeclaration {
   ClassId id;
   const wchar_t* internalName;

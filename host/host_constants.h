@@ -102,6 +102,13 @@ constexpr int kPropertySubject = 3;
 constexpr int kPropertyAuthor = 4;
 constexpr int kVariantWideString = 31;  // VT_LPWSTR
 
+// The "Reinstall Orvo Toolbar" action. Both IDs are random 32-bit values: the host keys
+// customisations (toolbar buttons, menus, shortcuts) on them, so they never change.
+constexpr std::uint32_t kActionTableId = 0xEF281F84u;
+constexpr std::uint32_t kActionContextId = 0x4E3472EDu;
+constexpr int kReinstallToolbarCommand = 1;
+constexpr const wchar_t* kReinstallToolbarText = L"Reinstall Orvo Toolbar";
+
 // Fixed buffers: the platform's path length.
 constexpr int kTextCapacity = 260;
 constexpr int kUserNameCapacity = 257;
