@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/profile.h"
+
 namespace hublet {
 
 enum class IniEncoding {
@@ -93,6 +95,24 @@ class IniDocument {
   std::unordered_map<std::wstring, std::pair<std::size_t, std::size_t>> keyIndex_;
   // Whether entries now being read belong to the first header of their name.
   bool indexingCurrent_;
+};
+
+// A profile reader answering from a parsed document: the POSIX reader, and anything that
+// holds a file's bytes already (the checker, the fuzzer).
+class IniDocumentReader final : public ProfileReader {
+ public:
+  explicit IniDocumentReader(IniDocument document) : document_(std::move(document)) {}
+  std::uint32_t ReadInt(const std::wstring& section, const std::wstring& key,
+                        std::int32_t defaultValue) override {
+    return document_.LookupInt(section, key, defaultValue);
+  }
+  std::wstring ReadText(const std::wstring& section, const std::wstring& key,
+                        const std::wstring& defaultValue) override {
+    return document_.LookupText(section, key, defaultValue);
+  }
+
+ private:
+  IniDocument document_;
 };
 
 // The whole-number reading of GetPrivateProfileIntW applied to a value's text: leading

@@ -22,23 +22,6 @@ constexpr std::size_t kMaxSuggestionDistance = 2;
 std::string Utf8(const std::wstring& text) { return WideToUtf8(text); }
 std::string Quoted(const std::wstring& text) { return "\"" + Utf8(text) + "\""; }
 
-// The profile reader of this build's non-Windows side: answers from the parse itself.
-class DocumentReader final : public ProfileReader {
- public:
-  explicit DocumentReader(const IniDocument& document) : document_(document) {}
-  std::uint32_t ReadInt(const std::wstring& section, const std::wstring& key,
-                        std::int32_t defaultValue) override {
-    return document_.LookupInt(section, key, defaultValue);
-  }
-  std::wstring ReadText(const std::wstring& section, const std::wstring& key,
-                        const std::wstring& defaultValue) override {
-    return document_.LookupText(section, key, defaultValue);
-  }
-
- private:
-  const IniDocument& document_;
-};
-
 // A name the plug-in looks up, with the table row it belongs to.
 struct KnownName {
   std::wstring folded;  // upper-case ASCII
@@ -453,8 +436,7 @@ CheckReport CheckPreferenceFile(const std::string& bytes, ProfileReader& reader)
 }
 
 CheckReport CheckPreferenceFile(const std::string& bytes) {
-  const IniDocument document = IniDocument::Parse(bytes);
-  DocumentReader reader(document);
+  IniDocumentReader reader(IniDocument::Parse(bytes));
   return CheckPreferenceFile(bytes, reader);
 }
 

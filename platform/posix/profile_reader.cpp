@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <memory>
 #include <string>
-#include <utility>
 
 #include "platform/ini_document.h"
 #include "platform/profile.h"
@@ -36,31 +35,13 @@ std::string ReadRegularFile(const std::string& path) {
   return bytes;
 }
 
-// Reads the file once, when opened, and answers every lookup from that copy.
-class PosixProfileReader final : public ProfileReader {
- public:
-  explicit PosixProfileReader(IniDocument document) : document_(std::move(document)) {}
-
-  std::uint32_t ReadInt(const std::wstring& section, const std::wstring& key,
-                        std::int32_t defaultValue) override {
-    return document_.LookupInt(section, key, defaultValue);
-  }
-
-  std::wstring ReadText(const std::wstring& section, const std::wstring& key,
-                        const std::wstring& defaultValue) override {
-    return document_.LookupText(section, key, defaultValue);
-  }
-
- private:
-  IniDocument document_;
-};
-
 }  // namespace
 
 std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path) {
   // The path's separators are taken as given: callers build POSIX paths here.
   const std::string bytes = ReadRegularFile(WideToUtf8(path));
-  return std::unique_ptr<ProfileReader>(new PosixProfileReader(IniDocument::Parse(bytes)));
+  // The file is read and parsed once, here; every lookup answers from that copy.
+  return std::unique_ptr<ProfileReader>(new IniDocumentReader(IniDocument::Parse(bytes)));
 }
 
 }  // namespace hublet
