@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/profile.h"
-#include "tests/platform/temp_file.h"
+#include "tests/support/scratch_file.h"
 
 namespace hublet {
 namespace {
@@ -446,15 +446,15 @@ class ProfileTable : public ::testing::TestWithParam<ProfileCase> {};
 
 TEST_P(ProfileTable, ReaderAnswersAsTheProfileApi) {
   const ProfileCase& row = GetParam();
-  testutil::TempFile file;
-  if (row.where == Where::File) file.Write(row.file);
+  testing::ScratchFile file;
+  if (row.where == Where::File) file.Rewrite(row.file);
   if (row.where == Where::Directory) file.MakeDirectory();
 #ifdef _WIN32
   const Answer& expected = row.wineDiffers ? row.wine : row.windows;
 #else
   const Answer& expected = row.windows;
 #endif
-  const std::unique_ptr<ProfileReader> reader = OpenProfile(file.Path());
+  const std::unique_ptr<ProfileReader> reader = OpenProfile(file.path());
   if (row.call == Call::Int) {
     EXPECT_EQ(expected.number,
               reader->ReadInt(Wide(row.section), Wide(row.key), row.intDefault));
@@ -478,14 +478,14 @@ INSTANTIATE_TEST_SUITE_P(Cases, ProfileTable, ::testing::ValuesIn(AllCases()), C
 // The Windows reader asks the API afresh each time; ours reads the file when opened. Both
 // see an edit made between two lookups by the time the file is opened again.
 TEST(ProfileReader, SeesTheFileRewritten) {
-  testutil::TempFile file;
-  file.Write(InS("K=1"));
-  EXPECT_EQ(1u, OpenProfile(file.Path())->ReadInt(L"S", L"K", 0));
-  file.Write(InS("K=22"));
-  const std::unique_ptr<ProfileReader> reader = OpenProfile(file.Path());
+  testing::ScratchFile file;
+  file.Rewrite(InS("K=1"));
+  EXPECT_EQ(1u, OpenProfile(file.path())->ReadInt(L"S", L"K", 0));
+  file.Rewrite(InS("K=22"));
+  const std::unique_ptr<ProfileReader> reader = OpenProfile(file.path());
   EXPECT_EQ(22u, reader->ReadInt(L"S", L"K", 0));
 #ifdef _WIN32
-  file.Write(InS("K=333"));
+  file.Rewrite(InS("K=333"));
   EXPECT_EQ(333u, reader->ReadInt(L"S", L"K", 0));
 #endif
 }

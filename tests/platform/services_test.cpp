@@ -5,7 +5,7 @@
 
 #include "platform/system.h"
 #include "platform/wide_text.h"
-#include "tests/platform/temp_file.h"
+#include "tests/support/scratch_file.h"
 
 namespace hublet {
 namespace {
@@ -62,9 +62,9 @@ TEST(NativeSystem, AnswersSanely) {
   EXPECT_GE(today.day, 1);
   EXPECT_LE(today.day, 31);
 
-  testutil::TempFile file;
-  file.Write("[FLINT]\r\nBOXSAVE=0\r\n");
-  EXPECT_EQ(0u, system->OpenProfile(file.Path())->ReadInt(L"FLINT", L"BOXSAVE", 1));
+  testing::ScratchFile file;
+  file.Rewrite("[FLINT]\r\nBOXSAVE=0\r\n");
+  EXPECT_EQ(0u, system->OpenProfile(file.path())->ReadInt(L"FLINT", L"BOXSAVE", 1));
 }
 
 }  // namespace

@@ -1,17 +1,15 @@
 #include "tests/support/scratch_file.h"
 
-#include <atomic>
-#include <stdexcept>
+#include <cstdio>
+#include <fstream>
 
 #ifdef _WIN32
+#include <direct.h>
 #include <process.h>
 #include <stdlib.h>
-#define HUBLET_GETPID _getpid
 #else
-#include <limits.h>
-#include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
-#define HUBLET_GETPID getpid
 #endif
 
 #include "platform/wide_text.h"
@@ -20,36 +18,54 @@ namespace hublet {
 namespace testing {
 namespace {
 
-std::atomic<int> counter{0};
+int ProcessId() {
+#ifdef _WIN32
+  return _getpid();
+#else
+  return static_cast<int>(getpid());
+#endif
+}
 
 std::wstring AbsolutePath(const std::string& name) {
 #ifdef _WIN32
-  wchar_t buffer[1024];
   const std::wstring wide = Utf8ToWide(name);
-  if (_wfullpath(buffer, wide.c_str(), 1024) == nullptr) throw std::runtime_error("no full path");
-  return buffer;
+  wchar_t full[1024] = {};
+  return _wfullpath(full, wide.c_str(), 1024) != nullptr ? full : wide;
 #else
-  char buffer[PATH_MAX];
-  if (getcwd(buffer, sizeof buffer) == nullptr) throw std::runtime_error("no working folder");
-  return Utf8ToWide(std::string(buffer) + "/" + name);
+  char cwd[4096] = {};
+  return Utf8ToWide(std::string(getcwd(cwd, sizeof cwd) != nullptr ? cwd : ".") + "/" + name);
 #endif
 }
 
 }  // namespace
 
-ScratchFile::ScratchFile(const std::string& bytes)
-    : name_("scratch-" + std::to_string(HUBLET_GETPID()) + "-" + std::to_string(counter++) + ".ini"),
-      path_(AbsolutePath(name_)) {
-  Rewrite(bytes);
+// ctest may run test cases as processes side by side: the process id keeps names apart.
+ScratchFile::ScratchFile() {
+  static int counter = 0;
+  name_ = "hublet-test-" + std::to_string(ProcessId()) + "-" + std::to_string(++counter) + ".ini";
+  path_ = AbsolutePath(name_);
 }
 
-ScratchFile::~ScratchFile() { std::remove(name_.c_str()); }
+ScratchFile::~ScratchFile() {
+  if (std::remove(name_.c_str()) == 0) return;
+#ifdef _WIN32
+  _rmdir(name_.c_str());
+#else
+  rmdir(name_.c_str());
+#endif
+}
 
 void ScratchFile::Rewrite(const std::string& bytes) const {
-  std::FILE* file = std::fopen(name_.c_str(), "wb");
-  if (file == nullptr) throw std::runtime_error("cannot write " + name_);
-  std::fwrite(bytes.data(), 1, bytes.size(), file);
-  std::fclose(file);
+  std::ofstream out(name_, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+void ScratchFile::MakeDirectory() const {
+#ifdef _WIN32
+  _mkdir(name_.c_str());
+#else
+  mkdir(name_.c_str(), 0700);
+#endif
 }
 
 }  // namespace testing

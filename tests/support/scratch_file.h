@@ -1,6 +1,6 @@
 #pragma once
-// A file in the test's working folder that is removed again at the end of the test.
-#include <cstdio>
+// A file (or folder) in the test's working folder, removed again at the end of the test.
+// Paths are absolute: a bare name would send the Windows profile API to the Windows folder.
 #include <string>
 
 namespace hublet {
@@ -8,14 +8,16 @@ namespace testing {
 
 class ScratchFile {
  public:
-  // Writes bytes to a file with a name unique to this process and test.
-  explicit ScratchFile(const std::string& bytes);
+  // A fresh name; nothing is created yet.
+  ScratchFile();
+  // A file holding bytes.
+  explicit ScratchFile(const std::string& bytes) : ScratchFile() { Rewrite(bytes); }
   ~ScratchFile();
   ScratchFile(const ScratchFile&) = delete;
   ScratchFile& operator=(const ScratchFile&) = delete;
 
   void Rewrite(const std::string& bytes) const;
-  // The absolute path, as the profile reader of this build takes it.
+  void MakeDirectory() const;
   const std::wstring& path() const { return path_; }
 
  private:
