@@ -14,11 +14,15 @@ constexpr float cameraBackOff = 200.0f;
 void ConvertToCameraView(Host& host, View& view);
 
 // Runs inside every viewport redraw: with both switches off it costs two comparisons and
-// never allocates, so it is inline and touches the view only when a switch is 1.
+// never allocates, so it is inline and asks the view nothing unless a switch is 1.
 inline void EnforceProjection(Host& host, const HubletSettings& settings, View* view) {
-  if (view == nullptr) return;
-  if (settings.forcePersp == 1 && view->Type() == host::kViewIsoUser) ConvertToCameraView(host, *view);
-  if (settings.forceOrtho == 1 && view->Type() == host::kViewPerspUser) {
+  if (view == nullptr || (settings.forcePersp != 1 && settings.forceOrtho != 1)) return;
+  // One type serves both rules: a view the first rule converts is no longer a type the
+  // second acts on.
+  const int type = view->Type();
+  if (settings.forcePersp == 1 && type == host::kViewIsoUser) ConvertToCameraView(host, *view);
+  if (settings.forceOrtho == 1 && type == host::kViewPerspUser) {
+    // The host's view command acts on the active viewport.
     host.ExecuteCommand(host::kCommandIsoUser);
     host.ForceCompleteRedraw(true);
   }

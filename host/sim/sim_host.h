@@ -102,6 +102,9 @@ class SimHost final : public Host {
   // Redraws one viewport (or, with -1, calls the display callback without a view).
   void Redraw(int viewport);
   bool HasRegistration(HookGroup group, int code) const;
+  // The display callback is never unregistered; once its plug-in is gone, so is the host
+  // in real life. A simulated host that outlives the plug-in forgets it instead.
+  void ForgetDisplayCallback() { displayHandler_ = nullptr; }
   std::size_t RegistrationCount() const { return registrations_.size(); }
 
   // The scene, for setting up and for checks.

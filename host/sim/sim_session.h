@@ -21,7 +21,10 @@ class SimSession {
   void UsePreferenceFile(const std::wstring& realPath);
   void Load();
   void Start();
-  void Unload() { hublet.reset(); }
+  void Unload() {
+    hublet.reset();
+    host.ForgetDisplayCallback();
+  }
   // Load and Start, as the host does at its start.
   void LoadAndStart() {
     Load();

@@ -92,11 +92,11 @@ TEST_F(ReplayTest, InterfaceCallsReportStatusSwitchAndTheMissingArgument) {
 TEST_F(ReplayTest, BothProjectionRulesTurnAPerspectiveViewIntoACameraOverTwoRedraws) {
   const std::string out = Replay("[FLINT]\nFORCEPERSP=1\nFORCEORTHO=1\n", {"redraw:7", "redraw", "redraw:4:0"});
   // The active viewport: made perspective, then orthographic by the first redraw ...
-  EXPECT_THAT(out, HasSubstr("== redraw viewport 3 (type 7)\n  view[3].Type() -> 7\n  view[3].Type() -> 7\n"
+  EXPECT_THAT(out, HasSubstr("== redraw viewport 3 (type 7)\n  view[3].Type() -> 7\n"
                              "  ExecuteCommand(118)\n  ForceCompleteRedraw(true)\n== redraw viewport 3 (type 6)\n"));
   // ... and a camera view by the second.
   EXPECT_THAT(out, HasSubstr("  CreateCameraObject(1) -> camera#1\n"));
-  EXPECT_THAT(out, HasSubstr("== redraw viewport 0 (type 4)\n  view[0].Type() -> 4\n  view[0].Type() -> 4\n== unload"));
+  EXPECT_THAT(out, HasSubstr("== redraw viewport 0 (type 4)\n  view[0].Type() -> 4\n== unload"));
 }
 
 TEST_F(ReplayTest, TheHostAnswersWhatTheOptionsSay) {
