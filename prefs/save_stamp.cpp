@@ -48,7 +48,10 @@ void StampSaveProperties(Hublet& hublet) {
   hublet.saveDay = today.day;
   hublet.saveMonth = today.month;
   hublet.saveYear = today.year;
-  const std::wstring saver = SaverText(system.UserName(), system.HostName());
+  // Asked one after the other, so the system sees the same order on every compiler.
+  const std::wstring userName = system.UserName();
+  const std::wstring hostName = system.HostName();
+  const std::wstring saver = SaverText(userName, hostName);
   const std::wstring date = DateText(today);
 
   const ExistingProperty author = ReadProperty(host, host::kPropertyAuthor);
