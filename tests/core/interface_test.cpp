@@ -3,7 +3,6 @@
 
 #include <cstring>
 
-#include "frame/interface_table.h"
 #include "host/sim/sim_arguments.h"
 #include "toolbar/toolbar.h"
 #include "tests/support/plugin_fixture.h"
@@ -72,21 +71,6 @@ TEST_F(InterfaceTest, SwitchesSetAtRunTimeDriveTheNextHookAndDieAtTheNextStart) 
   session.LoadAndStart();
   EXPECT_EQ(plugin().settings.useViewLayout, 1);
   EXPECT_EQ(plugin().settings.emptyMtlOnOpen, 0);
-}
-
-TEST(InterfaceDeclaration, ThirteenUnnamedVoidFunctionsOfOneUnnamedInteger) {
-  EXPECT_EQ(kPreferenceInterface.id, (ClassId{0x3FE768B0u, 0x73A70D7Bu}));
-  EXPECT_STREQ(kPreferenceInterface.internalName, L"iGup");
-  EXPECT_EQ(kPreferenceInterface.descriptionString, 3);
-  ASSERT_EQ(kPreferenceInterface.functionCount, 13u);
-  for (std::size_t i = 0; i < kPreferenceInterface.functionCount; ++i) {
-    const InterfaceFunction& f = kPreferenceInterface.functions[i];
-    EXPECT_EQ(f.id, static_cast<int>(10 + i));
-    EXPECT_STREQ(f.internalName, L"");
-    EXPECT_STREQ(f.argumentName, L"");
-    EXPECT_EQ(f.returnType, ParamKind::Void);
-    EXPECT_EQ(f.argumentType, ParamKind::Int);
-  }
 }
 
 class ToolbarTest : public ::testing::Test {
