@@ -88,21 +88,24 @@ void ExerciseDocument(const IniDocument& document) {
   std::set<std::wstring> seenSections;
   std::size_t lookups = 0;
   for (const IniSection& section : document.Sections()) {
-    const bool first = seenSections.insert(FoldAscii(section.name)).second;
-    for (const IniEntry& entry : section.entries) {
+    const std::wstring sectionName = document.Name(section);
+    const bool first = seenSections.insert(FoldAscii(sectionName)).second;
+    for (const IniEntry& entry : document.Entries(section)) {
       if (++lookups > 2000) return;  // enough for one input; keeps huge files fast
-      const IniEntry* found = document.Find(section.name, entry.name);
+      const std::wstring name = document.Name(entry);
+      const IniEntry* found = document.Find(sectionName, name);
       // A name cut at a NUL can keep a blank at its end, which no lookup argument keeps
       // (Windows ignores the argument's outer spaces): such an entry is out of reach.
-      if (first && Reachable(section.name) && Reachable(entry.name)) {
+      if (first && Reachable(sectionName) && Reachable(name)) {
         Require(found != nullptr, "an entry of a section's first header is not found");
-        Require(FoldAscii(found->name) == FoldAscii(entry.name), "a lookup found another name");
+        Require(FoldAscii(document.Name(*found)) == FoldAscii(name), "a lookup found another name");
+        Require(found <= &entry, "a lookup found a later entry than the first of its name");
       }
       for (std::size_t size : kBufferSizes) {
-        const std::wstring text = document.LookupText(section.name, entry.name, L"dflt ", size);
+        const std::wstring text = document.LookupText(sectionName, name, L"dflt ", size);
         Require(size == 0 ? text.empty() : text.size() <= size - 1, "a text overran its buffer");
       }
-      (void)document.LookupInt(section.name, entry.name, -7);
+      (void)document.LookupInt(sectionName, name, -7);
     }
   }
   (void)document.LineCount();

@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -35,17 +34,36 @@ enum class IniIgnoreReason {
   TextAfterNul,        // a NUL ends the name or value early; the rest is not read
 };
 
+// Entries and sections point into the document's text by offset, so that parsing
+// allocates nothing per line; IniDocument::Name and Value turn them into strings.
 struct IniEntry {
-  std::wstring name;   // outer blanks trimmed, cut at a NUL
-  std::wstring value;  // what follows the first '=': trimmed, quotes kept, cut at a NUL
-  bool hasEquals;      // false: a line without '='; lookups of it answer the default
-  std::size_t line;    // 1-based
+  std::size_t nameBegin;    // outer blanks trimmed, cut at a NUL
+  std::size_t nameLength;
+  std::size_t valueBegin;   // what follows the first '=': trimmed, quotes kept, cut at a NUL
+  std::size_t valueLength;
+  std::size_t line;         // 1-based
+  bool hasEquals;           // false: a line without '='; lookups of it answer the default
 };
 
 struct IniSection {
-  std::wstring name;  // between '[' and the first ']' (or the line end), blanks trimmed
+  std::size_t nameBegin;    // between '[' and the first ']' (or the line end), blanks trimmed
+  std::size_t nameLength;
   std::size_t line;
-  std::vector<IniEntry> entries;  // in file order, duplicates kept
+  std::size_t firstEntry;   // the entries under it: see IniDocument::Entries
+  std::size_t entryCount;
+};
+
+// A section's entries, as a range for range-for.
+class IniEntryRange {
+ public:
+  IniEntryRange(const IniEntry* first, std::size_t count) : first_(first), count_(count) {}
+  const IniEntry* begin() const { return first_; }
+  const IniEntry* end() const { return first_ + count_; }
+  std::size_t size() const { return count_; }
+
+ private:
+  const IniEntry* first_;
+  std::size_t count_;
 };
 
 struct IniIgnoredLine {
@@ -65,10 +83,26 @@ class IniDocument {
   std::size_t LineCount() const { return lineCount_; }
   // Every header in file order, repeated names included; lookups use the first of a name.
   const std::vector<IniSection>& Sections() const { return sections_; }
+  // The entries under a header, in file order, duplicates kept.
+  IniEntryRange Entries(const IniSection& section) const {
+    return IniEntryRange(entries_.data() + section.firstEntry, section.entryCount);
+  }
   const std::vector<IniIgnoredLine>& IgnoredLines() const { return ignored_; }
+
+  std::wstring Name(const IniSection& section) const {
+    return Widen(section.nameBegin, section.nameLength);
+  }
+  std::wstring Name(const IniEntry& entry) const {
+    return Widen(entry.nameBegin, entry.nameLength);
+  }
+  std::wstring Value(const IniEntry& entry) const {
+    return Widen(entry.valueBegin, entry.valueLength);
+  }
 
   // The entry that a lookup of (section, key) reads, or nullptr. Arguments are taken as
   // the API takes them: cut at a NUL, outer spaces ignored, ASCII letters in any case.
+  // A large section gets a key index on its first lookup, so a document must not be
+  // looked up from two threads at once.
   const IniEntry* Find(const std::wstring& section, const std::wstring& key) const;
 
   // As GetPrivateProfileIntW: the UINT it returns.
@@ -81,20 +115,28 @@ class IniDocument {
                           std::size_t bufferSize = 260) const;
 
  private:
-  void AddLine(const std::wstring& text, std::size_t begin, std::size_t end,
-               std::size_t line);
+  void AddLine(std::size_t begin, std::size_t end, std::size_t line);
+  // The length of text_[begin, end) up to its first NUL.
+  std::size_t KeptLength(std::size_t begin, std::size_t end) const;
+  void IndexSections();
+  const std::vector<std::size_t>& KeyIndex(std::size_t section) const;
+  std::wstring Widen(std::size_t begin, std::size_t length) const;
 
   IniEncoding encoding_;
   std::size_t lineCount_;
+  // The whole file, decoded once; names and values are ranges of it. Two-byte units,
+  // where a wstring would take four on Linux: the text is the bulk of the document.
+  std::u16string text_;
+  bool hasNul_;  // if not, names and values need no search for a NUL
   std::vector<IniSection> sections_;
+  std::vector<IniEntry> entries_;
   std::vector<IniIgnoredLine> ignored_;
-  // Folded section name -> index of its first header.
-  std::unordered_map<std::wstring, std::size_t> sectionIndex_;
-  // Folded section name, NUL, folded key name -> (section, entry) of the first occurrence
-  // within the first header of that name.
-  std::unordered_map<std::wstring, std::pair<std::size_t, std::size_t>> keyIndex_;
-  // Whether entries now being read belong to the first header of their name.
-  bool indexingCurrent_;
+  // Open-addressing hash tables holding an index + 1 (0: free slot), keyed by the
+  // ASCII-folded name. Sections: the first header of each name. Keys: built on demand
+  // for the first header of a name when it has too many entries to scan, holding the
+  // first entry of each name; indexed by section.
+  std::vector<std::size_t> sectionSlots_;
+  mutable std::vector<std::vector<std::size_t>> keySlots_;
 };
 
 // A profile reader answering from a parsed document: the POSIX reader, and anything that

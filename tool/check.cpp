@@ -235,48 +235,50 @@ class Checker {
   void CheckSections() {
     std::map<std::wstring, std::size_t> firstLine;
     for (const IniSection& section : document_.Sections()) {
-      const std::wstring folded = FoldUpperAscii(section.name);
+      const std::wstring sectionName = document_.Name(section);
+      const std::wstring folded = FoldUpperAscii(sectionName);
       const auto known = std::find_if(known_.begin(), known_.end(),
                                       [&](const KnownSection& s) { return s.folded == folded; });
       if (known == known_.end()) {
         const std::wstring near =
             Nearest(folded, known_, [](const KnownSection& s) { return s.name; });
-        std::string message = "unknown section [" + Utf8(section.name) + "]: the plug-in reads nothing from it";
+        std::string message = "unknown section [" + Utf8(sectionName) + "]: the plug-in reads nothing from it";
         if (!near.empty()) message += "; did you mean [" + Utf8(near) + "]?";
-        Add(section.line, Severity::Error, "unknown-section", message, section.name, std::wstring(), near);
+        Add(section.line, Severity::Error, "unknown-section", message, sectionName, std::wstring(), near);
         continue;
       }
       const auto first = firstLine.emplace(folded, section.line);
       if (!first.second) {
         Add(section.line, Severity::Error, "duplicate-section",
-            "[" + Utf8(section.name) + "] appears again (first at line " + std::to_string(first.first->second) +
+            "[" + Utf8(sectionName) + "] appears again (first at line " + std::to_string(first.first->second) +
                 "): only the first header of a name is read, so " +
-                (section.entries.size() == 1 ? std::string("the entry")
-                                             : "the " + std::to_string(section.entries.size()) + " entries") +
-                " under this one " + (section.entries.size() == 1 ? "is" : "are") + " ignored",
-            section.name);
+                (section.entryCount == 1 ? std::string("the entry")
+                                         : "the " + std::to_string(section.entryCount) + " entries") +
+                " under this one " + (section.entryCount == 1 ? "is" : "are") + " ignored",
+            sectionName);
         continue;
       }
-      for (const IniEntry& entry : section.entries) CheckEntry(section, *known, entry);
+      for (const IniEntry& entry : document_.Entries(section)) CheckEntry(sectionName, *known, entry);
     }
   }
 
-  void CheckEntry(const IniSection& section, const KnownSection& known, const IniEntry& entry) {
-    const IniEntry* read = document_.Find(section.name, entry.name);
+  void CheckEntry(const std::wstring& section, const KnownSection& known, const IniEntry& entry) {
+    const std::wstring entryName = document_.Name(entry);
+    const IniEntry* read = document_.Find(section, entryName);
     if (read != nullptr && read != &entry) {
       Add(entry.line, Severity::Error, "duplicate-key",
-          Quoted(entry.name) + " appears again in [" + Utf8(section.name) + "]: the reader uses the first, at line " +
+          Quoted(entryName) + " appears again in [" + Utf8(section) + "]: the reader uses the first, at line " +
               std::to_string(read->line) + ", and ignores this one",
-          section.name, entry.name);
+          section, entryName);
       return;
     }
-    const std::wstring folded = FoldUpperAscii(entry.name);
+    const std::wstring folded = FoldUpperAscii(entryName);
     const KnownName* name = FindKnown(known, folded);
     if (!entry.hasEquals) {
-      std::string message = Quoted(entry.name) + " has no '=': ";
+      std::string message = Quoted(entryName) + " has no '=': ";
       message += name != nullptr ? "the reader answers the default, " + DefaultText(*name->key)
                                  : std::string("the reader takes it as a key without a value");
-      Add(entry.line, Severity::Error, "no-equals", message, section.name, entry.name);
+      Add(entry.line, Severity::Error, "no-equals", message, section, entryName);
       return;
     }
     if (name == nullptr) {
@@ -285,39 +287,40 @@ class Checker {
     }
     if (name->key->kind == KeyKind::GammaText) return;  // checked with the values
     // Integers: the reader parses the text it would return.
-    const std::wstring text = document_.LookupText(section.name, entry.name, std::wstring());
+    const std::wstring text = document_.LookupText(section, entryName, std::wstring());
     if (text.empty()) {
       Add(entry.line, Severity::Warning, "empty-value",
-          Quoted(entry.name) + " has an empty value: the reader answers the default, " + DefaultText(*name->key),
-          section.name, entry.name);
+          Quoted(entryName) + " has an empty value: the reader answers the default, " + DefaultText(*name->key),
+          section, entryName);
     } else if (std::none_of(text.begin(), text.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; })) {
       Add(entry.line, Severity::Warning, "not-an-integer",
-          Quoted(entry.name) + " = " + Quoted(text) + " holds no number: the plug-in reads 0",
-          section.name, entry.name);
+          Quoted(entryName) + " = " + Quoted(text) + " holds no number: the plug-in reads 0",
+          section, entryName);
     }
   }
 
-  void UnknownKey(const IniSection& section, const KnownSection& known, const IniEntry& entry,
+  void UnknownKey(const std::wstring& section, const KnownSection& known, const IniEntry& entry,
                   const std::wstring& folded) {
+    const std::wstring entryName = document_.Name(entry);
     for (const KnownSection& other : known_) {
       if (&other == &known || FindKnown(other, folded) == nullptr) continue;
       Add(entry.line, Severity::Error, "wrong-section",
-          Quoted(entry.name) + " is read from [" + Utf8(other.name) + "], not from [" + Utf8(section.name) + "]",
-          section.name, entry.name, other.name);
+          Quoted(entryName) + " is read from [" + Utf8(other.name) + "], not from [" + Utf8(section) + "]",
+          section, entryName, other.name);
       return;
     }
     if (const PreferenceKey* pattern = PerViewWithOtherIndex(folded)) {
       Add(entry.line, Severity::Error, "unknown-key",
-          Quoted(entry.name) + " is not read: only viewports 0 to " + std::to_string(kStoredViewCount - 1) +
+          Quoted(entryName) + " is not read: only viewports 0 to " + std::to_string(kStoredViewCount - 1) +
               " have stored keys (" + Utf8(KeyName(*pattern, 0)) + " to " +
               Utf8(KeyName(*pattern, kStoredViewCount - 1)) + ")",
-          section.name, entry.name);
+          section, entryName);
       return;
     }
     const std::wstring near = Nearest(folded, known.names, [](const KnownName& n) { return n.folded; });
-    std::string message = "unknown key " + Quoted(entry.name) + " in [" + Utf8(section.name) + "]: the plug-in never reads it";
+    std::string message = "unknown key " + Quoted(entryName) + " in [" + Utf8(section) + "]: the plug-in never reads it";
     if (!near.empty()) message += "; did you mean " + Quoted(near) + "?";
-    Add(entry.line, Severity::Error, "unknown-key", message, section.name, entry.name, near);
+    Add(entry.line, Severity::Error, "unknown-key", message, section, entryName, near);
   }
 
   void CheckValues() {

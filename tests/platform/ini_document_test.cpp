@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdint>
 #include <string>
+#include <utility>
 
 #include "platform/wide_text.h"
 
@@ -28,10 +30,10 @@ const char* ReasonName(IniIgnoreReason reason) {
 std::string Dump(const IniDocument& document) {
   std::string out = std::to_string(document.LineCount()) + " lines\n";
   for (const IniSection& section : document.Sections()) {
-    out += std::to_string(section.line) + " [" + WideToUtf8(section.name) + "]\n";
-    for (const IniEntry& entry : section.entries) {
-      out += std::to_string(entry.line) + "   " + WideToUtf8(entry.name) +
-             (entry.hasEquals ? "=" + WideToUtf8(entry.value) : " (no =)") + "\n";
+    out += std::to_string(section.line) + " [" + WideToUtf8(document.Name(section)) + "]\n";
+    for (const IniEntry& entry : document.Entries(section)) {
+      out += std::to_string(entry.line) + "   " + WideToUtf8(document.Name(entry)) +
+             (entry.hasEquals ? "=" + WideToUtf8(document.Value(entry)) : " (no =)") + "\n";
     }
   }
   for (const IniIgnoredLine& ignored : document.IgnoredLines()) {
@@ -82,6 +84,62 @@ TEST(IniDocument, FindReturnsTheEntryLookupsRead) {
   EXPECT_EQ(nullptr, document.Find(L"S", L"L"));
 }
 
+// Small sections are scanned and large ones indexed: both must answer the same, with the
+// first entry of a name winning whatever its case, value or lack of '='.
+TEST(IniDocument, FirstEntryWinsInSectionsOfAnySize) {
+  for (const int filler : {0, 23, 24, 5000}) {
+    std::string bytes = "[Other]\nDUP=other\n[Sect]\n";
+    for (int i = 0; i < filler; ++i) bytes += "F" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+    bytes += "dup=first\nDUP=second\nBare\nbare=late\nEmpty=\nEMPTY=7\n"
+             "Cut\0tail=1\nCUT=2\n=blank\n[sect]\nNEW=1\n"s;
+    const IniDocument document = IniDocument::Parse(bytes);
+    SCOPED_TRACE(filler);
+    EXPECT_EQ(L"first", document.LookupText(L"SECT", L"Dup", L"d"));
+    EXPECT_EQ(L"d", document.LookupText(L"sect", L"BARE", L"d"));
+    EXPECT_EQ(4294967197u, document.LookupInt(L"Sect", L"empty", -99));
+    EXPECT_EQ(L"", document.LookupText(L"Sect", L"empty", L"d"));
+    EXPECT_EQ(L"blank", document.LookupText(L"Sect", L"", L"d"));
+    const IniEntry* cut = document.Find(L"Sect", L"cut");
+    ASSERT_NE(nullptr, cut);
+    EXPECT_EQ(L"Cut", document.Name(*cut));
+    EXPECT_EQ(L"1", document.Value(*cut));
+    EXPECT_EQ(L"d", document.LookupText(L"Sect", L"NEW", L"d"));
+    EXPECT_EQ(L"d", document.LookupText(L"Sect", L"F" + std::to_wstring(filler), L"d"));
+    if (filler > 0) {
+      EXPECT_EQ(static_cast<std::uint32_t>(filler - 1),
+                document.LookupInt(L"Sect", L"f" + std::to_wstring(filler - 1), -1));
+    }
+    EXPECT_EQ(L"other", document.LookupText(L"Other", L"dup", L"d"));
+  }
+}
+
+// Entries refer to the text by position: a moved or copied document answers from its own
+// text and entries, whether the text sits in the string's inline storage (seven UTF-16
+// units do on Windows) or its key index was built before the move.
+TEST(IniDocument, AnswersAfterMoveAndCopy) {
+  IniDocument small = IniDocument::Parse("[S]\nK=1"s);
+  const IniDocument smallCopy = small;
+  const IniDocument smallMoved(std::move(small));
+  for (const IniDocument* document : {&smallCopy, &smallMoved}) {
+    EXPECT_EQ(L"1", document->LookupText(L"s", L"k", L""));
+  }
+
+  std::string bytes = "[S]\n";
+  for (int i = 0; i < 100; ++i) bytes += "K" + std::to_string(i) + "=v" + std::to_string(i) + "\n";
+  IniDocument large = IniDocument::Parse(bytes);
+  ASSERT_EQ(L"v1", large.LookupText(L"S", L"K1", L""));
+  const IniDocument largeCopy = large;
+  IniDocument largeMoved;
+  largeMoved = std::move(large);
+  for (const IniDocument* document : {&largeCopy, static_cast<const IniDocument*>(&largeMoved)}) {
+    EXPECT_EQ(L"v99", document->LookupText(L"S", L"k99", L""));
+    const IniEntry* entry = document->Find(L"S", L"K7");
+    ASSERT_NE(nullptr, entry);
+    EXPECT_EQ(L"v7", document->Value(*entry));
+    EXPECT_EQ(document->Entries(document->Sections()[0]).begin() + 7, entry);
+  }
+}
+
 TEST(IniDocument, DetectsEncodings) {
   struct Row {
     std::string bytes;
@@ -115,6 +173,34 @@ TEST(IniDocument, Utf16HeaderKeepsItsLineNumber) {
   EXPECT_EQ(L"\xE9", document.LookupText(L"S", L"K", L""));
 }
 
+// Code page 1252's own characters and NUL bytes are found wherever they sit: at the
+// start, in the middle or towards the end of a large file.
+TEST(IniDocument, DecodesBytesAnywhereInTheFile) {
+  for (const std::size_t padding : {0u, 5000u, 70000u}) {
+    const std::string comment = ";" + std::string(padding, 'x') + "\n";
+    const std::string bytes =
+        comment + "[S]\nK=\x80\x9F\xFF\xE9\nN=a\0b\nM\0=c\n"s + comment + comment;
+    const IniDocument document = IniDocument::Parse(bytes);
+    SCOPED_TRACE(padding);
+    EXPECT_EQ(L"\x20AC\x0178\x00FF\x00E9", document.LookupText(L"S", L"K", L""));
+    EXPECT_EQ(L"a", document.LookupText(L"S", L"N", L""));
+    EXPECT_EQ(L"c", document.LookupText(L"S", L"M", L""));
+    ASSERT_EQ(5u, document.IgnoredLines().size());
+    EXPECT_EQ(IniIgnoreReason::TextAfterNul, document.IgnoredLines()[1].reason);
+    EXPECT_EQ(5u, document.IgnoredLines()[2].line);
+  }
+  // The same for UTF-16: a NUL unit cuts the value.
+  std::string utf16 = "\xFF\xFE";
+  for (const char c : "[S]\nN=a\0b\n"s) {
+    utf16 += c;
+    utf16 += '\0';
+  }
+  const IniDocument document = IniDocument::Parse(utf16);
+  EXPECT_EQ(L"a", document.LookupText(L"S", L"N", L""));
+  ASSERT_EQ(1u, document.IgnoredLines().size());
+  EXPECT_EQ(IniIgnoreReason::TextAfterNul, document.IgnoredLines()[0].reason);
+}
+
 // Other callers of the API pass smaller buffers; the plug-in always passes 260.
 TEST(IniDocument, SmallBuffers) {
   const IniDocument document = IniDocument::Parse("[S]\nK=abc\nQ=\"ab\"\n"s);
@@ -126,7 +212,8 @@ TEST(IniDocument, SmallBuffers) {
 }
 
 // Ten MiB of awkward input (a line-long header without ']', a run of NULs, half a million
-// entries) must parse in linear time and answer lookups from its index.
+// entries in one section) must parse in linear time, and looking up every entry must not
+// take quadratic time.
 TEST(IniDocument, LargeFileParsesInLinearTime) {
   std::string bytes = "[" + std::string(2 << 20, 'x') + "\n[S]\n";
   bytes += std::string(2 << 20, '\0') + "\n";
@@ -139,6 +226,13 @@ TEST(IniDocument, LargeFileParsesInLinearTime) {
     EXPECT_EQ(static_cast<std::uint32_t>(i * 1000),
               document.LookupInt(L"S", L"KEY" + std::to_wstring(i * 1000), -1));
   }
+  // A checker looks up every entry it lists; each must find itself.
+  const IniSection& section = document.Sections()[1];
+  std::size_t foundThemselves = 0;
+  for (const IniEntry& entry : document.Entries(section)) {
+    if (document.Find(L"S", document.Name(entry)) == &entry) ++foundThemselves;
+  }
+  EXPECT_EQ(section.entryCount, foundThemselves);
   const auto seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start);
   EXPECT_LT(seconds.count(), 30.0);
   EXPECT_EQ(2u, document.Sections().size());
