@@ -43,24 +43,6 @@ void Require(bool condition, const char* what) {
   if (!condition) Fail(what);
 }
 
-// The parsed document as a profile reader, so that the same bytes can be looked up with
-// and without the file system in between and the answers compared.
-class DocumentReader final : public ProfileReader {
- public:
-  explicit DocumentReader(const IniDocument& document) : document_(document) {}
-  std::uint32_t ReadInt(const std::wstring& section, const std::wstring& key,
-                        std::int32_t defaultValue) override {
-    return document_.LookupInt(section, key, defaultValue);
-  }
-  std::wstring ReadText(const std::wstring& section, const std::wstring& key,
-                        const std::wstring& defaultValue) override {
-    return document_.LookupText(section, key, defaultValue);
-  }
-
- private:
-  const IniDocument& document_;
-};
-
 std::string g_filePath;
 
 void WriteFile(const std::string& bytes) {
@@ -243,7 +225,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ExerciseDocument(document);
 
   WriteFile(bytes);
-  DocumentReader direct(document);
+  // The same bytes looked up with and without the file system in between.
+  IniDocumentReader direct(document);
   const std::unique_ptr<ProfileReader> fromFile = OpenProfile(Utf8ToWide(g_filePath));
   CompareReaders(direct, *fromFile);
 
