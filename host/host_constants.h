@@ -111,8 +111,6 @@ constexpr const wchar_t* kReinstallToolbarText = L"Reinstall Orvo Toolbar";
 
 // Fixed buffers: the platform's path length.
 constexpr int kTextCapacity = 260;
-constexpr int kUserNameCapacity = 257;
-constexpr int kHostNameCapacity = 260;
 
 }  // namespace host
 }  // namespace hublet

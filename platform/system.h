@@ -10,6 +10,11 @@
 
 namespace hublet {
 
+// The buffers the plug-in reads the two names into: an account name of at most 256
+// characters, and a host name of at most 259 bytes.
+constexpr int kUserNameCapacity = 257;
+constexpr int kHostNameCapacity = 260;
+
 struct LocalDate {
   int day;    // 1 to 31
   int month;  // 1 to 12

@@ -12,7 +12,7 @@ namespace hublet {
 namespace {
 
 std::string LoginName() {
-  char buffer[257] = {};
+  char buffer[kUserNameCapacity] = {};
   if (::getlogin_r(buffer, sizeof buffer) == 0 && buffer[0] != '\0') return buffer;
   // No controlling terminal (services, containers): the account of the effective user.
   std::vector<char> scratch(16384);
@@ -38,7 +38,7 @@ class PosixSystem final : public System {
   // Each byte becomes the code unit of the same number, as the Windows C library's
   // multibyte-to-wide conversion does in its default "C" locale.
   std::wstring HostName() override {
-    char buffer[260] = {};
+    char buffer[kHostNameCapacity] = {};
     if (::gethostname(buffer, sizeof buffer - 1) != 0) return std::wstring();
     std::wstring name;
     for (const char* p = buffer; *p != '\0'; ++p) {

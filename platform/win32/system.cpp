@@ -23,22 +23,22 @@ class Win32System final : public System {
   void ReleaseSockets() override { ::WSACleanup(); }
 
   std::wstring UserName() override {
-    wchar_t buffer[257] = {};
-    DWORD size = 257;
+    wchar_t buffer[kUserNameCapacity] = {};
+    DWORD size = kUserNameCapacity;
     if (!::GetUserNameW(buffer, &size)) return std::wstring();
-    return std::wstring(buffer, ::wcsnlen(buffer, 257));
+    return std::wstring(buffer, ::wcsnlen(buffer, kUserNameCapacity));
   }
 
   // Needs the sockets library started; without it the buffer stays empty.
   std::wstring HostName() override {
-    char narrow[260] = {};
-    if (::gethostname(narrow, 260) != 0) return std::wstring();
-    narrow[259] = '\0';
-    wchar_t wide[260] = {};
-    if (std::mbstowcs(wide, narrow, 260) == static_cast<std::size_t>(-1)) {
+    char narrow[kHostNameCapacity] = {};
+    if (::gethostname(narrow, kHostNameCapacity) != 0) return std::wstring();
+    narrow[kHostNameCapacity - 1] = '\0';
+    wchar_t wide[kHostNameCapacity] = {};
+    if (std::mbstowcs(wide, narrow, kHostNameCapacity) == static_cast<std::size_t>(-1)) {
       return std::wstring();
     }
-    return std::wstring(wide, ::wcsnlen(wide, 260));
+    return std::wstring(wide, ::wcsnlen(wide, kHostNameCapacity));
   }
 
   LocalDate Today() override {
