@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iomanip>
 #include <map>
 #include <sstream>
 #include <string>
@@ -18,191 +19,133 @@
 namespace hublet {
 namespace {
 
-std::string FileText(const std::string& path) {
+using Words = std::vector<std::string>;
+
+// Each non-blank line of text as its words (a quoted string is one word), comments from
+// marker on left out.
+std::vector<Words> Rows(const std::string& text, const std::string& marker) {
+  std::vector<Words> rows;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    std::istringstream words(line.substr(0, line.find(marker)));
+    Words row;
+    for (std::string word; words >> std::quoted(word);) row.push_back(word);
+    if (!row.empty()) rows.push_back(row);
+  }
+  return rows;
+}
+
+std::vector<Words> FileRows(const std::string& path, const std::string& marker) {
   for (const BindingFile& file : kBindingFiles)
-    if (path == file.path) return file.text;
+    if (path == file.path) return Rows(file.text, marker);
   ADD_FAILURE() << "not compiled in: " << path;
   return {};
 }
 
-// The file's lines, trimmed, without blank lines and without comments starting at marker.
-std::vector<std::string> Lines(const std::string& text, const std::string& marker) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
-    line = line.substr(0, line.find(marker));
-    const auto first = line.find_first_not_of(" \t\r");
-    if (first == std::string::npos) continue;
-    lines.push_back(line.substr(first, line.find_last_not_of(" \t\r") - first + 1));
-  }
-  return lines;
-}
-
-std::vector<std::string> Words(const std::string& line) {
-  std::istringstream in(line);
-  std::vector<std::string> words;
-  for (std::string word; in >> word;) words.push_back(word);
-  return words;
-}
-
-std::string Narrow(const wchar_t* text) {
-  std::string out;
-  for (; *text != L'\0'; ++text) out += static_cast<char>(*text);  // the texts are ASCII
-  return out;
-}
-
-// The string table of hublet.rc, its symbolic IDs resolved through resource.h.
-std::map<int, std::string> RcStringTable() {
-  std::map<std::string, int> ids;
-  for (const std::string& line : Lines(FileText("resources/resource.h"), "//")) {
-    const std::vector<std::string> words = Words(line);
-    if (words.size() == 3 && words[0] == "#define") ids[words[1]] = std::stoi(words[2]);
-  }
-  std::map<int, std::string> table;
-  bool inTable = false, inBlock = false;
-  for (const std::string& line : Lines(FileText("resources/hublet.rc"), "//")) {
-    if (line == "STRINGTABLE") inTable = true;
-    else if (inTable && line == "BEGIN") inBlock = true;
-    else if (inBlock && line == "END") inTable = inBlock = false;
-    else if (inBlock) {
-      const std::string name = line.substr(0, line.find_first_of(" \t"));
-      const bool numeric = name.find_first_not_of("0123456789") == std::string::npos;
-      EXPECT_TRUE(numeric || ids.count(name)) << "no ID in resource.h for " << name;
-      const int id = numeric ? std::stoi(name) : ids[name];
-      const auto open = line.find('"'), close = line.rfind('"');
-      EXPECT_TRUE(table.emplace(id, line.substr(open + 1, close - open - 1)).second) << line;
-    }
-  }
-  return table;
-}
-
 TEST(Resources, TheStringTableHoldsExactlyTheHostTextsAndNoDescription) {
-  std::map<int, std::string> expected;
-  for (const host::StringTableEntry& entry : host::kStringTable) expected[entry.id] = Narrow(entry.text);
-  EXPECT_EQ(expected, (std::map<int, std::string>{
-                          {2, "Orvo Software"}, {3, "Hublet"}, {4, "Parameters"}, {5, "Spin"}}));
-  const std::map<int, std::string> rc = RcStringTable();
-  EXPECT_EQ(rc, expected);
-  EXPECT_EQ(rc.count(host::kStringLibDescription), 0u) << "the host must get a null description";
-  // The entries the binding loads: class name, category, interface description.
-  EXPECT_EQ(expected[host::kStringClassName], "Hublet");
-  EXPECT_EQ(expected[host::kStringCategory], "Orvo Software");
-  EXPECT_EQ(host::kPreferenceInterfaceDescription, host::kStringClassName);
-  EXPECT_EQ(kPreferenceInterface.descriptionString, host::kPreferenceInterfaceDescription);
+  std::map<std::string, int> ids;
+  for (const Words& w : FileRows("resources/resource.h", "//"))
+    if (w.size() == 3 && w[0] == "#define") ids[w[1]] = std::stoi(w[2]);
+  // The rc file's string table, its entries named through resource.h as the binding names
+  // them (-1: a name it lacks). A multimap, so that a repeated entry shows.
+  std::multimap<int, std::wstring> rc, code;
+  bool inTable = false;
+  std::string last;
+  for (const Words& w : FileRows("resources/hublet.rc", "//")) {
+    if (w[0] == "BEGIN" || w[0] == "END") inTable = w[0] == "BEGIN" && last == "STRINGTABLE";
+    else if (inTable) rc.emplace(ids.count(w[0]) ? ids[w[0]] : -1, std::wstring(w.back().begin(), w.back().end()));
+    last = w[0];
+  }
+  for (const host::StringTableEntry& entry : host::kStringTable) code.emplace(entry.id, entry.text);
+  // No entry 1: the host must get a null library description.
+  EXPECT_EQ(code, (std::multimap<int, std::wstring>{{2, L"Orvo Software"}, {3, L"Hublet"}, {4, L"Parameters"},
+                                                    {5, L"Spin"}}));
+  EXPECT_EQ(rc, code);
 }
 
 TEST(ModuleDefinition, ExportsTheSixEntryPointsByNameWithInitialiseAndShutdownSharingOneBody) {
-  std::vector<std::string> exports;
-  std::string library;
-  bool inExports = false;
-  for (const std::string& line : Lines(FileText("frame/max/hublet.def"), ";")) {
-    const std::vector<std::string> words = Words(line);
-    if (words[0] == "LIBRARY") library = words.at(1);
-    inExports = words[0] == "EXPORTS" || (inExports && words.size() == 3 && words[1][0] == '@');
-    if (inExports && words[0] != "EXPORTS") exports.push_back(words[0] + " " + words[1] + " " + words[2]);
-  }
-  EXPECT_EQ(library, "Hublet.gup");
-  EXPECT_EQ(exports, (std::vector<std::string>{
-                         "LibDescription @1 PRIVATE", "LibNumberClasses @2 PRIVATE", "LibClassDesc @3 PRIVATE",
-                         "LibVersion @4 PRIVATE", "LibInitialize=LibNumberClasses @6 PRIVATE",
-                         "LibShutdown=LibNumberClasses @7 PRIVATE"}));
-  EXPECT_EQ(host::kClassCount, 1) << "LibInitialize and LibShutdown answer this: it must mean success";
+  EXPECT_EQ(FileRows("frame/max/hublet.def", ";"),
+            (std::vector<Words>{{"LIBRARY", "Hublet.gup"}, {"EXPORTS"}, {"LibDescription", "@1", "PRIVATE"},
+                                {"LibNumberClasses", "@2", "PRIVATE"}, {"LibClassDesc", "@3", "PRIVATE"},
+                                {"LibVersion", "@4", "PRIVATE"}, {"LibInitialize=LibNumberClasses", "@6", "PRIVATE"},
+                                {"LibShutdown=LibNumberClasses", "@7", "PRIVATE"}}));
 }
 
 TEST(SdkSources, TheListNamesEverySourceOfTheBindingFoldersAndNothingElse) {
-  std::vector<std::string> listed = Lines(FileText("frame/max/sdk_sources.txt"), "#");
+  std::vector<Words> listed = FileRows("frame/max/sdk_sources.txt", "#");
   std::sort(listed.begin(), listed.end());
-  EXPECT_EQ(listed, Lines(kSdkFacingSourcesOnDisk, "#"));
+  EXPECT_EQ(listed, Rows(kSdkFacingSourcesOnDisk, "#"));
 }
 
-TEST(HostConstants, RegistrationMatchesTheHost) {
-  EXPECT_EQ(host::kHubletClassId, (ClassId{0x780A5D51u, 0xA97EC3C2u}));
-  EXPECT_EQ(host::kGlobalUtilitySuperClassId, 0x10E0u);  // GUP_CLASS_ID
-  // VERSION_3DSMAX = (release << 16) + (API << 8) + SDK revision; 3ds Max 2017: 19000, 48, 0.
-  EXPECT_EQ(host::kLibVersion, (19000u << 16) + (48u << 8) + 0u);
-  EXPECT_EQ(host::kLibVersion, 0x4A383000u);
-  EXPECT_EQ((host::kLibVersion >> 16) & 0xFFFFu, 19000u);
-  EXPECT_EQ((host::kLibVersion >> 8) & 0xFFu, 48u);
-  EXPECT_EQ(host::kLibVersion & 0xFFu, 0u);
-  EXPECT_EQ(host::kGupResultKeep, 0);  // GUPRESULT_KEEP
+// A class ID as one number, part A in the high half.
+constexpr long long Id(ClassId id) { return static_cast<long long>(std::uint64_t{id.partA} << 32 | id.partB); }
+
+TEST(HostConstants, EveryNumberIsTheHosts) {
+  using namespace host;
+  const struct {
+    const char* name;  // the host's name for it, where it has one
+    long long actual, expected;
+  } pins[] = {
+      {"Hublet's class ID", Id(kHubletClassId), 0x780A5D51'A97EC3C2},
+      {"GUP_CLASS_ID", kGlobalUtilitySuperClassId, 0x10E0},
+      // VERSION_3DSMAX = (release << 16) + (API << 8) + SDK revision; 3ds Max 2017: 19000, 48, 0.
+      {"VERSION_3DSMAX", kLibVersion, (19000 << 16) + (48 << 8) + 0}, {"VERSION_3DSMAX", kLibVersion, 0x4A383000},
+      // LibInitialize and LibShutdown answer the class count: it must mean success.
+      {"LibNumberClasses", kClassCount, 1}, {"GUPRESULT_KEEP", kGupResultKeep, 0},
+      {"LibDescription's buffer", kLibDescriptionBufferLength, 256},
+      {"no string (LibDescription)", kStringLibDescription, 1}, {"IDS_CATEGORY", kStringCategory, 2},
+      {"IDS_CLASS_NAME", kStringClassName, 3}, {"IDS_PARAMS", kStringParameters, 4}, {"IDS_SPIN", kStringSpin, 5},
+      {"iGup's ID", Id(kPreferenceInterface.id), 0x3FE768B0'73A70D7B},
+      {"iGup's description", kPreferenceInterfaceDescription, 3},
+      {"iGup's description", kPreferenceInterface.descriptionString, 3},
+      {"iGup's functions", static_cast<long long>(kPreferenceInterface.functionCount), 13},
+      {"FPS_OK", kFunctionStatusOk, 1}, {"FPS_NO_SUCH_FUNCTION", kFunctionStatusNoSuchFunction, -1},
+      {"NOTIFY_FILE_POST_OPEN", kNotifyFilePostOpen, 10}, {"NOTIFY_FILE_PRE_SAVE", kNotifyFilePreSave, 13},
+      {"NOTIFY_SYSTEM_STARTUP", kNotifySystemStartup, 80},
+      {"VIEW_LEFT", kViewLeft, 0}, {"VIEW_ISO_USER", kViewIsoUser, 6}, {"VIEW_PERSP_USER", kViewPerspUser, 7},
+      {"VIEW_CAMERA", kViewCamera, 8}, {"VIEW_LEFT .. VIEW_GRID", kViewTypeCount, 10},
+      {"MAXCOM_VPT_ISO_USER", kCommandIsoUser, 118}, {"TARGETED_CAMERA", kTargetedCamera, 1},
+      {"renderers given the gamma", sizeof(rendererGammaTargets) / sizeof(ClassId), 2},
+      {"first renderer", Id(rendererGammaTargets[0]), 0x73BAB286'77F8FD0C},
+      {"second renderer", Id(rendererGammaTargets[1]), 0x698A4B98'4EDD05F5},
+      {"gamma block", kRendererGammaBlock, 9}, {"gamma parameter", kRendererGammaParam, 265},
+      {"PROPSET_SUMMARYINFO", kPropertySetSummary, 1}, {"PIDSI_TITLE", kPropertyTitle, 2},
+      {"PIDSI_SUBJECT", kPropertySubject, 3}, {"PIDSI_AUTHOR", kPropertyAuthor, 4},
+      {"VT_LPWSTR", kVariantWideString, 31}, {"APP_PLUGCFG_DIR", kDirPlugCfg, 9}, {"APP_SCRIPTS_DIR", kDirScripts, 15},
+      {"IVIEWPORT_SETTINGS_INTERFACE_ID", Id(kViewShadingInterfaceId), 0x761840A9'437F4090},
+      {"COLORCORRECTIONMGR_INTERFACE", Id(kGammaCoreInterfaceId), 0x02C65369'10BE38B0},
+      {"MAX_PATH", kTextCapacity, 260},  // what filein_script_ex assumes of its error buffer
+      // Users' toolbars, menus and shortcuts refer to these: they must never change. (The
+      // host's own tables and contexts use the IDs 0 to 7.)
+      {"action table", kActionTableId, 0xEF281F84}, {"action context", kActionContextId, 0x4E3472ED},
+      {"reinstall command", kReinstallToolbarCommand, 1},
+  };
+  for (const auto& pin : pins)
+    EXPECT_EQ(pin.actual, pin.expected) << pin.name << std::hex << ": 0x" << pin.actual << ", not 0x" << pin.expected;
+}
+
+TEST(HostConstants, TextsTablesAndTheInterfacesFunctions) {
   EXPECT_STREQ(host::kInternalName, L"Hublet");
-  EXPECT_EQ(host::kLibDescriptionBufferLength, 256);
-  EXPECT_EQ(host::kFunctionStatusOk, 1);               // FPS_OK
-  EXPECT_EQ(host::kFunctionStatusNoSuchFunction, -1);  // FPS_NO_SUCH_FUNCTION
-}
-
-TEST(HostConstants, ThePublishedInterfaceIsTheOneCompanionToolsLookUp) {
-  EXPECT_EQ(kPreferenceInterface.id, (ClassId{0x3FE768B0u, 0x73A70D7Bu}));
   EXPECT_STREQ(kPreferenceInterface.internalName, L"iGup");
+  EXPECT_STREQ(host::kReinstallToolbarText, L"Reinstall Orvo Toolbar");
+  EXPECT_STREQ(host::kArgumentOutOfRangeText,
+               L"Argument index out of bounds, passed into a MaxSDK::Array::operator[]");
+  // MAXCOM_VPT_LEFT, _RIGHT, _TOP, _BOTTOM, _FRONT, _BACK, _ISO_USER, _PERSP_USER, _CAMERA, _GRID
+  EXPECT_EQ(std::vector<int>(host::viewTypeCommand, host::viewTypeCommand + host::kViewTypeCount),
+            (std::vector<int>{120, 130, 138, 107, 113, 119, 118, 127, 109, 114}));
+  std::string hooks;  // NOTIFY_* codes in the hook table, each with its group
+  for (std::size_t i = 0; i < kHookCount; ++i)
+    hooks += std::to_string(kHooks[i].code) + (kHooks[i].group == HookGroup::PreEvent ? " pre " : " post ");
+  EXPECT_EQ(hooks, "5 pre 6 post 7 pre 8 post 9 pre 10 post 11 pre 12 post 13 pre 14 post 20 pre 21 post "
+                   "24 pre 25 post 27 pre 28 post 80 post ");
   // The descriptor writes its function rows out one by one: it must list all of them.
   ASSERT_EQ(kPreferenceInterface.functionCount, kPreferenceFunctionCount);
-  for (std::size_t row = 0; row < kPreferenceInterface.functionCount; ++row) {
+  for (std::size_t row = 0; row < kPreferenceFunctionCount; ++row) {
     const InterfaceFunction& f = kPreferenceInterface.functions[row];
-    EXPECT_EQ(f.id, static_cast<int>(10 + row));
-    EXPECT_TRUE(f.returnType == ParamKind::Void && f.argumentType == ParamKind::Int) << f.id;
-    EXPECT_STREQ(f.internalName, L"");
-    EXPECT_STREQ(f.argumentName, L"");
+    EXPECT_TRUE(f.id == static_cast<int>(10 + row) && f.returnType == ParamKind::Void &&
+                f.argumentType == ParamKind::Int && *f.internalName == L'\0' && *f.argumentName == L'\0')
+        << "function " << f.id << " in row " << row;
   }
-}
-
-TEST(HostConstants, TheHookTableListensToTheHostsNotificationCodes) {
-  const HookGroup pre = HookGroup::PreEvent, post = HookGroup::PostEvent;
-  const struct {
-    int code;  // NOTIFY_*
-    HookGroup group;
-  } expected[] = {{5, pre},   {6, post},  {7, pre},   {8, post},  {9, pre},   {10, post},
-                  {11, pre},  {12, post}, {13, pre},  {14, post}, {20, pre},  {21, post},
-                  {24, pre},  {25, post}, {27, pre},  {28, post}, {80, post}};
-  ASSERT_EQ(kHookCount, sizeof(expected) / sizeof(expected[0]));
-  for (std::size_t i = 0; i < kHookCount; ++i) {
-    EXPECT_EQ(kHooks[i].code, expected[i].code) << "row " << i;
-    EXPECT_EQ(kHooks[i].group, expected[i].group) << "code " << kHooks[i].code;
-  }
-  EXPECT_EQ(host::kNotifySystemStartup, 80);
-  EXPECT_EQ(host::kNotifyFilePreSave, 13);
-  EXPECT_EQ(host::kNotifyFilePostOpen, 10);
-}
-
-TEST(HostConstants, ViewsCommandsAndCameras) {
-  EXPECT_EQ(host::kViewLeft, 0);
-  EXPECT_EQ(host::kViewIsoUser, 6);
-  EXPECT_EQ(host::kViewPerspUser, 7);
-  EXPECT_EQ(host::kViewCamera, 8);
-  EXPECT_EQ(host::kViewTypeCount, 10);  // VIEW_LEFT .. VIEW_GRID
-  // MAXCOM_VPT_LEFT, _RIGHT, _TOP, _BOTTOM, _FRONT, _BACK, _ISO_USER, _PERSP_USER, _CAMERA, _GRID
-  const std::vector<int> commands(host::viewTypeCommand, host::viewTypeCommand + host::kViewTypeCount);
-  EXPECT_EQ(commands, (std::vector<int>{120, 130, 138, 107, 113, 119, 118, 127, 109, 114}));
-  EXPECT_EQ(host::kCommandIsoUser, host::viewTypeCommand[host::kViewIsoUser]);
-  EXPECT_EQ(host::kTargetedCamera, 1);  // TARGETED_CAMERA
-}
-
-TEST(HostConstants, RenderersPropertiesDirectoriesAndInterfaces) {
-  ASSERT_EQ(sizeof(host::rendererGammaTargets) / sizeof(host::rendererGammaTargets[0]), 2u);
-  EXPECT_EQ(host::rendererGammaTargets[0], (ClassId{0x73BAB286u, 0x77F8FD0Cu}));
-  EXPECT_EQ(host::rendererGammaTargets[1], (ClassId{0x698A4B98u, 0x4EDD05F5u}));
-  EXPECT_EQ(host::kRendererGammaBlock, 9);
-  EXPECT_EQ(host::kRendererGammaParam, 265);
-  EXPECT_EQ(host::kPropertySetSummary, 1);  // PROPSET_SUMMARYINFO
-  EXPECT_EQ(host::kPropertyTitle, 2);       // PIDSI_TITLE
-  EXPECT_EQ(host::kPropertySubject, 3);     // PIDSI_SUBJECT
-  EXPECT_EQ(host::kPropertyAuthor, 4);      // PIDSI_AUTHOR
-  EXPECT_EQ(host::kVariantWideString, 31);  // VT_LPWSTR
-  EXPECT_EQ(host::kDirPlugCfg, 9);          // APP_PLUGCFG_DIR
-  EXPECT_EQ(host::kDirScripts, 15);         // APP_SCRIPTS_DIR
-  EXPECT_EQ(host::kViewShadingInterfaceId, (ClassId{0x761840A9u, 0x437F4090u}));  // IVIEWPORT_SETTINGS_INTERFACE_ID
-  EXPECT_EQ(host::kGammaCoreInterfaceId, (ClassId{0x02C65369u, 0x10BE38B0u}));    // COLORCORRECTIONMGR_INTERFACE
-  EXPECT_EQ(host::kTextCapacity, 260);  // MAX_PATH: what filein_script_ex assumes of its error buffer
-}
-
-TEST(BindingConstants, TheToolbarActionKeepsItsIdentity) {
-  // Users' toolbars, menus and shortcuts refer to these: they must never change.
-  EXPECT_EQ(host::kActionTableId, 0xEF281F84u);
-  EXPECT_EQ(host::kActionContextId, 0x4E3472EDu);
-  EXPECT_EQ(host::kReinstallToolbarCommand, 1);
-  EXPECT_STREQ(host::kReinstallToolbarText, L"Reinstall Orvo Toolbar");
-  // The host's own tables and contexts use the IDs 0 to 7.
-  EXPECT_GT(host::kActionTableId, 7u);
-  EXPECT_GT(host::kActionContextId, 7u);
 }
 
 }  // namespace

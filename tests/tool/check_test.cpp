@@ -1,7 +1,9 @@
-// The checker's analysis: for each diagnostic a file that triggers it and one that does
-// not, and the values and sources it reports.
+// The checker's analysis. Its diagnostics are a table in diagnostic_cases.txt (the head
+// explains the format): each row a file and the full report it must get. Below the driver,
+// the messages and the values and sources the checker reports.
 #include <gmock/gmock.h>
 
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -11,150 +13,80 @@ namespace hublet {
 namespace tool {
 namespace {
 
-using ::testing::ElementsAre;
+std::string Trim(const std::string& s) {
+  const std::size_t first = s.find_first_not_of(" \r");
+  return first == std::string::npos ? "" : s.substr(first, s.find_last_not_of(" \r") - first + 1);
+}
 
-const Diagnostic* FindCode(const CheckReport& report, const std::string& code) {
+std::string Unescape(const std::string& s) {
+  const std::string plain = "nrt0s\\|", meant("\n\r\t\0 \\|", 7);
+  std::string out;
+  for (std::size_t i = 0; i < s.size(); ++i) {
+    const char e = s[i] == '\\' && i + 1 < s.size() ? s[++i] : '\0';
+    const std::string hex = e == 'x' ? s.substr(i + 1, 2) : "";
+    if (e == '\0') out += s[i];
+    else if (plain.find(e) != std::string::npos) out += meant[plain.find(e)];
+    else if (hex.size() == 2 && hex.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos)
+      out += static_cast<char>(std::stoi(hex, nullptr, 16)), i += 2;
+    else ADD_FAILURE() << "bad escape \\" << e;
+  }
+  return out;
+}
+
+// The FILE field's bytes: escaped bytes, or ASCII text in a UTF-16 form.
+std::string FileBytes(const std::string& field) {
+  const std::string form = field.substr(0, field.find(':'));
+  if (form != "utf-16le" && form != "utf-16le-bom" && form != "utf-16be-bom") return Unescape(field);
+  std::string bytes = form == "utf-16le" ? "" : form == "utf-16le-bom" ? "\xFF\xFE" : "\xFE\xFF";
+  for (const char c : Unescape(field.substr(form.size() + 1)))
+    bytes += form == "utf-16be-bom" ? std::string{'\0', c} : std::string{c, '\0'};
+  return bytes;
+}
+
+// The report in the table's notation.
+std::string Diagnostics(const CheckReport& report) {
+  std::string out;
   for (const Diagnostic& d : report.diagnostics)
-    if (d.code == code) return &d;
-  return nullptr;
+    out += (out.empty() ? "" : ", ") + std::to_string(d.line) + (d.severity == Severity::Error ? " error " : " warning ") +
+           d.code + (d.suggestion.empty() ? "" : " -> " + d.suggestion) + (d.message.empty() ? " (no message)" : "");
+  return out.empty() ? "none" : out;
 }
 
-const SettingValue& Setting(const CheckReport& report, const std::string& name) {
-  for (const SettingValue& value : report.settings)
-    if (value.name == name) return value;
-  throw std::runtime_error("no setting " + name);
-}
-
-// A literal with its NUL bytes.
-template <std::size_t N>
-std::string Bytes(const char (&literal)[N]) {
-  return std::string(literal, N - 1);
-}
-
-std::string Utf16Le(const std::string& ascii, bool withMark) {
-  std::string bytes = withMark ? std::string("\xFF\xFE", 2) : std::string();
-  for (const char c : ascii) {
-    bytes += c;
-    bytes += '\0';
+TEST(CheckDiagnostics, EachRowOfTheTableGetsExactlyItsReport) {
+  std::ifstream in(HUBLET_DIAGNOSTIC_CASES, std::ios::binary);
+  int rows = 0, number = 1;
+  for (std::string line; std::getline(in, line); ++number) {
+    if (Trim(line).empty() || line[0] == '#') continue;
+    SCOPED_TRACE("diagnostic_cases.txt line " + std::to_string(number));
+    std::vector<std::string> f{""};
+    for (std::size_t i = 0; i < line.size(); ++i)  // split at bars, keeping escapes whole
+      if (line[i] == '|') f.emplace_back();
+      else f.back() += line.substr(i, line[i] == '\\' ? 2 : 1), i += line[i] == '\\';
+    ++rows;
+    if (f.size() == 3)
+      EXPECT_EQ(Diagnostics(CheckPreferenceFile(FileBytes(Trim(f[1])))), Trim(f[2])) << Trim(f[0]);
+    else ADD_FAILURE() << "a row is DESCRIPTION | FILE | DIAGNOSTICS";
   }
-  return bytes;
-}
-
-std::string Utf16Be(const std::string& ascii) {
-  std::string bytes("\xFE\xFF", 2);
-  for (const char c : ascii) {
-    bytes += '\0';
-    bytes += c;
-  }
-  return bytes;
-}
-
-struct DiagnosticCase {
-  const char* name;
-  std::string bytes;
-  const char* code;
-  bool triggers;
-  std::size_t line;  // expected line when it triggers
-  Severity severity;
-  const char* suggestion;
-};
-
-const Severity E = Severity::Error;
-const Severity W = Severity::Warning;
-
-const DiagnosticCase kCases[] = {
-    {"misspelt section", "[MYVEIW]\nFPS=2\n", "unknown-section", true, 1, E, "MYVIEW"},
-    {"section in another case", "[myview]\nFPS=2\n", "unknown-section", false, 0, E, ""},
-    {"swapped letters in a key", "[MYVIEW]\nUSE_VLP=1\n", "unknown-key", true, 2, E, "USE_VPL"},
-    {"far from every key", "[MYVIEW]\nCOLOUR=1\n", "unknown-key", true, 2, E, ""},
-    {"a fifth viewport's key", "[MYVIEW]\nVP4TYPE=7\n", "unknown-key", true, 2, E, ""},
-    {"key in another case", "[MYVIEW]\nuse_vpl=1\n", "unknown-key", false, 0, E, ""},
-    {"key of the other section", "[FLINT]\nFPS=25\n", "wrong-section", true, 2, E, "MYVIEW"},
-    {"key in its own section", "[MYVIEW]\nFPS=25\n", "wrong-section", false, 0, E, ""},
-    {"key twice", "[MYVIEW]\nFPS=24\nfps=30\n", "duplicate-key", true, 3, E, ""},
-    {"same key in two sections", "[MYVIEW]\nFPS=24\n[FLINT]\nFPS=2\n", "duplicate-key", false, 0, E, ""},
-    {"section twice", "[MYVIEW]\nFPS=24\n[myview]\nNUMVP=2\n", "duplicate-section", true, 3, E, ""},
-    {"two sections", "[MYVIEW]\nFPS=24\n[FLINT]\nEMPTYMTLO=1\n", "duplicate-section", false, 0, E, ""},
-    {"exactly-one switch at 2", "[FLINT]\nEMPTYMTLO=2\n", "switch-not-one", true, 2, W, ""},
-    {"exactly-one switch at 1", "[FLINT]\nEMPTYMTLO=1\n", "switch-not-one", false, 0, W, ""},
-    {"non-zero switch at 2", "[MYVIEW]\nUSE_VPL=2\n", "switch-not-one", false, 0, W, ""},
-    {"held-only switch at 5", "[FLINT]\nBOXSAVE=5\n", "switch-not-one", false, 0, W, ""},
-    {"gamma in words", "[MYVIEW]\nGAMMA=abc\n", "gamma-not-a-number", true, 2, W, ""},
-    {"gamma with a trailing comment", "[MYVIEW]\nGAMMAIN=2.2 ; linear\n", "gamma-not-a-number", true, 2, W, ""},
-    {"empty gamma", "[MYVIEW]\nGAMMAOUT=\n", "gamma-not-a-number", true, 2, W, ""},
-    {"gamma infinity", "[MYVIEW]\nVRAYGAMMA=inf\n", "gamma-not-a-number", true, 2, W, ""},
-    {"gamma number", "[MYVIEW]\nGAMMA=2.2\nGAMMAIN=\"1.8\"\nGAMMAOUT=1e0\n", "gamma-not-a-number", false, 0, W, ""},
-    {"five viewports", "[MYVIEW]\nNUMVP=5\n", "view-count-range", true, 2, W, ""},
-    {"negative viewports", "[MYVIEW]\nNUMVP=-1\n", "view-count-range", true, 2, W, ""},
-    {"four viewports", "[MYVIEW]\nNUMVP=4\n", "view-count-range", false, 0, W, ""},
-    {"view type 12 set up", "[MYVIEW]\nNUMVP=2\nVP1TYPE=12\n", "view-type-range", true, 3, W, ""},
-    {"view type -1 set up", "[MYVIEW]\nVP0TYPE=-1\nNUMVP=9\n", "view-type-range", true, 2, W, ""},
-    {"view type 12 not set up", "[MYVIEW]\nNUMVP=1\nVP1TYPE=12\n", "view-type-range", false, 0, W, ""},
-    {"view type 9", "[MYVIEW]\nNUMVP=1\nVP0TYPE=9\n", "view-type-range", false, 0, W, ""},
-    {"both projections forced", "[FLINT]\nFORCEORTHO=1\nFORCEPERSP=1\n", "force-both", true, 3, W, ""},
-    {"one projection forced", "[FLINT]\nFORCEPERSP=1\nFORCEORTHO=0\n", "force-both", false, 0, W, ""},
-    {"ortho at 2 is not forced", "[FLINT]\nFORCEPERSP=1\nFORCEORTHO=2\n", "force-both", false, 0, W, ""},
-    {"key above the first header", "FPS=25\n[MYVIEW]\n", "before-first-section", true, 1, E, ""},
-    {"comment above the first header", "; settings\n[MYVIEW]\n", "before-first-section", false, 0, E, ""},
-    {"comment after a header", "[MYVIEW] ; views\nFPS=2\n", "text-after-header", true, 1, W, ""},
-    {"plain header", "[MYVIEW]\nFPS=2\n", "text-after-header", false, 0, W, ""},
-    {"NUL inside a value", Bytes("[MYVIEW]\nFPS=2\0" "5\n"), "nul-byte", true, 2, E, ""},
-    {"known key without '='", "[MYVIEW]\nFPS\n", "no-equals", true, 2, E, ""},
-    {"key with '='", "[MYVIEW]\nFPS = 25\n", "no-equals", false, 0, E, ""},
-    {"empty integer", "[MYVIEW]\nFPS=\n", "empty-value", true, 2, W, ""},
-    {"integer 0", "[MYVIEW]\nFPS=0\n", "empty-value", false, 0, W, ""},
-    {"switch in words", "[MYVIEW]\nUSE_VPL=yes\n", "not-an-integer", true, 2, W, ""},
-    {"quoted number", "[MYVIEW]\nUSE_VPL=\"1\"\n", "not-an-integer", false, 0, W, ""},
-    {"UTF-8 byte-order mark", "\xEF\xBB\xBF[MYVIEW]\nFPS=25\n", "encoding", true, 1, E, ""},
-    {"UTF-16BE", Utf16Be("[MYVIEW]\r\nFPS=25\r\n"), "encoding", true, 0, E, ""},
-    {"UTF-16LE without mark", Utf16Le("[MYVIEW]\r\nFPS=25\r\n", false), "encoding", true, 0, E, ""},
-    {"UTF-16LE with mark", Utf16Le("[MYVIEW]\r\nFPS=25\r\n", true), "encoding", false, 0, E, ""},
-    {"UTF-8 text without mark", "[MYVIEW]\nGAMMA=2.2\nAUTHOR=J\xC3\xB6rg\n", "utf8-as-ansi", true, 3, W, ""},
-    {"UTF-8 in a comment", "[MYVIEW]\n; J\xC3\xB6rg\nFPS=2\n", "utf8-as-ansi", false, 0, W, ""},
-    {"code page 1252 text", "[MYVIEW]\nAUTHOR=J\xF6rg\n", "utf8-as-ansi", false, 0, W, ""},
-};
-
-TEST(CheckDiagnostics, EachTriggersOnItsCaseAndOnlyThere) {
-  for (const DiagnosticCase& c : kCases) {
-    SCOPED_TRACE(c.name);
-    const CheckReport report = CheckPreferenceFile(c.bytes);
-    const Diagnostic* found = FindCode(report, c.code);
-    if (!c.triggers) {
-      EXPECT_EQ(found, nullptr) << found->message;
-      continue;
-    }
-    ASSERT_NE(found, nullptr);
-    EXPECT_EQ(found->line, c.line) << found->message;
-    EXPECT_EQ(found->severity, c.severity);
-    EXPECT_EQ(found->suggestion, c.suggestion);
-    EXPECT_FALSE(found->message.empty());
-  }
-}
-
-TEST(CheckDiagnostics, AnEmptyFileAndTheCommentedExampleStyleAreClean) {
-  for (const std::string& bytes : {std::string(), std::string("; only a comment\r\n"),
-                                   std::string("[FLINT]\r\nFORCEPERSP=1\r\n[MYVIEW]\r\nUSE_VPL=1\r\nNUMVP=4\r\n")}) {
-    const CheckReport report = CheckPreferenceFile(bytes);
-    EXPECT_TRUE(report.diagnostics.empty()) << report.diagnostics.front().message;
-  }
+  EXPECT_GE(rows, 50) << "read from " HUBLET_DIAGNOSTIC_CASES;
 }
 
 TEST(CheckDiagnostics, MessagesSayWhatTheReaderDoesInstead) {
   const CheckReport report = CheckPreferenceFile("[MYVIEW]\nFPS=24\nFPS=30\nNUMVP\nGAMMA=abc\n[FLINT]\nEMPTYMTLO=2\n");
+  const char* const says[] = {"first, at line 2", "the default, 0", "applies 0", "exactly 1"};
   ASSERT_EQ(report.diagnostics.size(), 4u);
-  EXPECT_THAT(report.diagnostics[0].message, ::testing::HasSubstr("first, at line 2"));
-  EXPECT_THAT(report.diagnostics[1].message, ::testing::HasSubstr("the default, 0"));
-  EXPECT_THAT(report.diagnostics[2].message, ::testing::HasSubstr("applies 0"));
-  EXPECT_THAT(report.diagnostics[3].message, ::testing::HasSubstr("exactly 1"));
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_THAT(report.diagnostics[i].message, ::testing::HasSubstr(says[i]));
 }
 
-TEST(CheckDiagnostics, ComeInLineOrderWithWholeFileOnesFirst) {
-  const CheckReport report = CheckPreferenceFile(Utf16Le("[MYVIEW]\r\n", false));
-  ASSERT_EQ(report.diagnostics.size(), 1u);  // nothing else is worth saying about it
-  const CheckReport mixed = CheckPreferenceFile("[FLINT]\nFORCEPERSP=3\n[MYVIEW]\nUSE_VLP=1\nFPS\nX=1\n");
-  std::vector<std::size_t> lines;
-  for (const Diagnostic& d : mixed.diagnostics) lines.push_back(d.line);
-  EXPECT_THAT(lines, ElementsAre(2u, 4u, 5u, 6u));
+// The named settings as "field = value @ line", gammas with their float and their text.
+std::string Settings(const CheckReport& report, const std::vector<std::string>& names) {
+  std::string out;
+  for (const std::string& name : names)
+    for (const SettingValue& v : report.settings)
+      if (v.name == name)
+        out += (out.empty() ? "" : ", ") + v.field + " = " +
+               (v.isText ? std::to_string(v.floatValue) + " \"" + v.text + "\"" : std::to_string(v.intValue)) +
+               " @ " + std::to_string(v.line);
+  return out;
 }
 
 TEST(CheckSettings, EveryKeyIsReportedWithItsValueAndSource) {
@@ -162,35 +94,20 @@ TEST(CheckSettings, EveryKeyIsReportedWithItsValueAndSource) {
       CheckPreferenceFile("[FLINT]\nFORCEPERSP=1\n[MYVIEW]\nUSE_GAMMA=1\nNUMVP=2\nVP1TYPE=6\nGAMMA=1.8\nFPS=\n");
   // 12 switches, 4 layout values, 3 x 4 per-view values, 4 gammas, the frame rate.
   EXPECT_EQ(report.settings.size(), 33u);
-  EXPECT_EQ(Setting(report, "FORCEPERSP").intValue, 1);
-  EXPECT_EQ(Setting(report, "FORCEPERSP").line, 2u);
-  EXPECT_EQ(Setting(report, "SHADEDOPEN").intValue, 1);  // its default
-  EXPECT_EQ(Setting(report, "SHADEDOPEN").line, 0u);
-  EXPECT_EQ(Setting(report, "VP1TYPE").intValue, 6);
-  EXPECT_EQ(Setting(report, "VP1TYPE").field, "viewType[1]");
-  EXPECT_EQ(Setting(report, "VP1TYPE").line, 6u);
-  EXPECT_FLOAT_EQ(Setting(report, "GAMMA").floatValue, 1.8f);
-  EXPECT_EQ(Setting(report, "GAMMA").text, "1.8");
-  EXPECT_EQ(Setting(report, "GAMMAIN").text, "2.2");
-  EXPECT_EQ(Setting(report, "GAMMAIN").line, 0u);
-  EXPECT_EQ(Setting(report, "FPS").intValue, 0);  // an empty value answers the default
-  EXPECT_EQ(Setting(report, "FPS").line, 8u);
-  EXPECT_FALSE(report.layoutStage);
-  EXPECT_TRUE(report.gammaStage);
-  EXPECT_FALSE(report.frameRateStage);
-}
-
-TEST(CheckSettings, SourcesFollowTheFirstOccurrenceAndIgnoreValuelessLines) {
-  const CheckReport report = CheckPreferenceFile("[MYVIEW]\nNUMVP\nFPS=24\nFPS=30\n[myview]\nUSE_FPS=1\n");
-  EXPECT_EQ(Setting(report, "NUMVP").line, 0u);
-  EXPECT_EQ(Setting(report, "FPS").intValue, 24);
-  EXPECT_EQ(Setting(report, "FPS").line, 3u);
-  EXPECT_EQ(Setting(report, "USE_FPS").intValue, 0);  // under the repeated header
+  // Line 0: the default applies. The empty FPS value answers the default too.
+  EXPECT_EQ(Settings(report, {"FORCEPERSP", "SHADEDOPEN", "VP1TYPE", "GAMMA", "GAMMAIN", "FPS"}),
+            "forcePersp = 1 @ 2, shadedOnOpen = 1 @ 0, viewType[1] = 6 @ 6, displayGamma = 1.800000 \"1.8\" @ 7, "
+            "fileInGamma = 2.200000 \"2.2\" @ 0, frameRate = 0 @ 8");
+  EXPECT_TRUE(!report.layoutStage && report.gammaStage && !report.frameRateStage);
+  // Sources follow the first occurrence and ignore lines without a value or under a
+  // repeated header.
+  const CheckReport repeated = CheckPreferenceFile("[MYVIEW]\nNUMVP\nFPS=24\nFPS=30\n[myview]\nUSE_FPS=1\n");
+  EXPECT_EQ(Settings(repeated, {"NUMVP", "FPS", "USE_FPS"}),
+            "viewCount = 0 @ 0, frameRate = 24 @ 3, useFrameRate = 0 @ 0");
 }
 
 // Answers 1 to every whole-number lookup and "7" to every text lookup.
-class ConstantReader final : public ProfileReader {
- public:
+struct ConstantReader final : ProfileReader {
   std::uint32_t ReadInt(const std::wstring&, const std::wstring&, std::int32_t) override { return 1; }
   std::wstring ReadText(const std::wstring&, const std::wstring&, const std::wstring&) override { return L"7"; }
 };
@@ -198,12 +115,10 @@ class ConstantReader final : public ProfileReader {
 TEST(CheckSettings, ValuesComeFromTheGivenReaderAndLinesFromTheFile) {
   ConstantReader reader;
   const CheckReport report = CheckPreferenceFile("[MYVIEW]\nFPS=30\n", reader);
-  EXPECT_EQ(Setting(report, "FPS").intValue, 1);
-  EXPECT_EQ(Setting(report, "FPS").line, 2u);
-  EXPECT_EQ(Setting(report, "FORCEORTHO").intValue, 1);
-  EXPECT_FLOAT_EQ(Setting(report, "VRAYGAMMA").floatValue, 7.0f);
+  EXPECT_EQ(Settings(report, {"FPS", "FORCEORTHO", "VRAYGAMMA"}),
+            "frameRate = 1 @ 2, forceOrtho = 1 @ 0, rendererGamma = 7.000000 \"7\" @ 0");
   // Both switches read 1, so the checker warns as the plug-in would behave.
-  EXPECT_NE(FindCode(report, "force-both"), nullptr);
+  EXPECT_EQ(Diagnostics(report), "0 warning force-both");
 }
 
 }  // namespace
