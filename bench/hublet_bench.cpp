@@ -1,7 +1,7 @@
 // What the plug-in costs its host: the display operation that runs inside every viewport
 // redraw, loading the settings and the preference pass, the profile reader on small and
 // very large files next to inih, and the save stamp. The host here records nothing, so the
-// figures are the plug-in's own and not the simulator's. the README holds the
+// figures are the plug-in's own and not the simulator's. The README holds the
 // targets and the last figures.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
