@@ -55,14 +55,14 @@ status=0
 cat <<'TEXT'
 
 ==============================================================================
- hublet replay --ini examples/Vantor.ini
+ hublet replay --ini examples/Vantor.ini --renderer vray
 
  The plug-in in a simulated 3ds Max: start-up, a new scene, opening a file,
  a redraw of a user view, and two saves. Under each "== event" line are the
  calls the plug-in made on the host, in order.
 ==============================================================================
 TEXT
-"$hublet" replay --ini examples/Vantor.ini
+"$hublet" replay --ini examples/Vantor.ini --renderer vray
 
 cat <<TEXT
 
