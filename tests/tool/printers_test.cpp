@@ -3,11 +3,8 @@
 
 #include <limits>
 
-#include "platform/wide_text.h"
-
 #include "tool/check.h"
 #include "tool/json_writer.h"
-#include "tool/keys_reference.h"
 #include "tool/report.h"
 
 namespace hublet {
@@ -42,21 +39,6 @@ TEST(JsonFloat, GivesNumbersAndNamesWhereJsonHasNoNumber) {
   EXPECT_EQ(JsonFloat(std::numeric_limits<float>::quiet_NaN()), "\"nan\"");
 }
 
-TEST(CheckJson, CarriesEveryPartOfTheReport) {
-  const CheckReport report = CheckPreferenceFile("[MYVIEW]\nUSE_VLP=1\nGAMMA=abc\n");
-  const std::string json = FormatCheckJson(report, "dir\\Vantor.ini");
-  EXPECT_THAT(json, HasSubstr("\"schema\": \"hublet-check/1\""));
-  EXPECT_THAT(json, HasSubstr("\"file\": \"dir\\\\Vantor.ini\""));
-  EXPECT_THAT(json, HasSubstr("\"encoding\": \"ansi\""));
-  EXPECT_THAT(json, HasSubstr("{\"section\": \"MYVIEW\", \"key\": \"GAMMA\", \"field\": \"displayGamma\", "
-                              "\"read\": \"gamma\", \"value\": 0, \"text\": \"abc\", \"source\": {\"line\": 3}}"));
-  EXPECT_THAT(json, HasSubstr("\"key\": \"FPS\", \"field\": \"frameRate\", \"read\": \"frame-rate\", \"value\": 0, "
-                              "\"source\": \"default\"}"));
-  EXPECT_THAT(json, HasSubstr("{\"line\": 2, \"severity\": \"error\", \"code\": \"unknown-key\""));
-  EXPECT_THAT(json, HasSubstr("\"key\": \"USE_VLP\", \"suggestion\": \"USE_VPL\"}"));
-  EXPECT_THAT(json, HasSubstr("\"summary\": {\"errors\": 1, \"warnings\": 1}"));
-}
-
 TEST(CheckJson, AWholeFileDiagnosticHasANullLineAndNoOptionalMembers) {
   const CheckReport report = CheckPreferenceFile(std::string("\xFE\xFF\0[", 4));
   const std::string json = FormatCheckJson(report, "x.ini");
@@ -76,17 +58,6 @@ TEST(CheckText, PrintsValuesByStageAndDiagnosticsInCompilerStyle) {
   EXPECT_THAT(text, HasSubstr("[gamma-not-a-number]\n"));
   EXPECT_THAT(text, HasSubstr("\nVantor.ini:5: error: "));
   EXPECT_THAT(text, HasSubstr("\n1 error, 1 warning.\n"));
-}
-
-TEST(KeysReference, ListsEveryRowOfTheTableAndTheNotes) {
-  const std::string markdown = KeysMarkdown();
-  for (std::size_t k = 0; k < kPreferenceKeyCount; ++k)
-    EXPECT_THAT(markdown, HasSubstr("`" + WideToUtf8(KeyName(kPreferenceKeys[k], 0))));
-  EXPECT_THAT(markdown, HasSubstr("| MYVIEW | `VP0TYPE to VP3TYPE` | `viewType[0..3]` | 0 | every pass, layout stage (USE_VPL) | value |"));
-  EXPECT_THAT(markdown, HasSubstr("| FLINT | `EMPTYMTLO` | `emptyMtlOnOpen` | 0 | at start | exactly 1 |"));
-  EXPECT_THAT(markdown, HasSubstr("| \"2.2\" |"));
-  EXPECT_THAT(markdown, HasSubstr("NUMVP above 4 sets up only the 4 viewports"));
-  EXPECT_THAT(KeysText(), HasSubstr("[MYVIEW] USE_FPS\n  field useFrameRate, default 0, read at start, non-zero\n"));
 }
 
 }  // namespace
