@@ -2,10 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
-#include <set>
 
-#include "settings/preference_keys.h"
 #include "tests/support/plugin_fixture.h"
 
 namespace hublet {
@@ -71,18 +68,6 @@ TEST_F(LoadSettingsTest, NegativeAndWrappedIntegersAreStoredAsSigned32Bit) {
   EXPECT_EQ(plugin().settings.forcePersp, -1);
   EXPECT_EQ(plugin().settings.forceOrtho, -1);
   EXPECT_EQ(plugin().settings.emptyMtlOnOpen, -2147483647 - 1);
-}
-
-TEST(PreferenceKeys, TheTableNamesEveryKeyOnceAndPerViewPatternsExpand) {
-  std::set<std::wstring> names;
-  for (std::size_t i = 0; i < kPreferenceKeyCount; ++i) {
-    const PreferenceKey& key = kPreferenceKeys[i];
-    EXPECT_TRUE(names.insert(std::wstring(key.section) + L"/" + key.name).second) << key.field;
-    const int pointers = (key.intField != nullptr) + (key.viewField != nullptr) + (key.floatField != nullptr);
-    EXPECT_EQ(pointers, 1) << key.field;
-  }
-  EXPECT_EQ(kPreferenceKeyCount, 24u);
-  EXPECT_EQ(KeyName(kPreferenceKeys[16], 3), L"VP3TYPE");
 }
 
 TEST(ParseGamma, ReadsLikeTheCLibraryAndNeverOverflows) {

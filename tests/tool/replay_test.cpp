@@ -69,16 +69,6 @@ TEST(ReplayEvents, MalformedOnesAreUsageErrors) {
     EXPECT_THROW(ParseReplayEvent(bad), UsageError) << bad;
 }
 
-TEST_F(ReplayTest, GroupsEveryCallUnderItsEvent) {
-  const std::string out = Replay("[FLINT]\nEMPTYMTLO=1\n", {"open", "merge"});
-  EXPECT_THAT(out, HasSubstr("# summary properties: none\n# toolbar script: absent\n== load\n  InitializeCom()\n"));
-  EXPECT_THAT(out, HasSubstr("== start\n  CurrentTime() -> 0\n  Directory(9) -> \"C:\\\\3dsMax2017\\\\plugcfg\"\n"
-                             "  OpenProfile(\"C:\\\\3dsMax2017\\\\plugcfg\\\\Vantor.ini\")\n== pre-open"));
-  EXPECT_THAT(out, HasSubstr("== post-open (notification 10)\n  ExecuteScript("));
-  EXPECT_THAT(out, HasSubstr("== pre-merge (notification 11)\n== post-merge (notification 12)\n== unload\n"
-                             "  ReleaseSockets()\n"));
-}
-
 TEST_F(ReplayTest, InterfaceCallsReportStatusSwitchAndTheMissingArgument) {
   const std::string out = Replay("", {"call:12:5", "call:99:1", "call:18", "open"});
   EXPECT_THAT(out, HasSubstr("== call 12 5\n  -> status 1, emptyMtlOnOpen = 1\n"));
@@ -87,16 +77,6 @@ TEST_F(ReplayTest, InterfaceCallsReportStatusSwitchAndTheMissingArgument) {
                              "bounds, passed into a MaxSDK::Array::operator[]\")\n"));
   // The switch set through the interface is in force for the next open.
   EXPECT_THAT(out, HasSubstr("== post-open (notification 10)\n  ExecuteScript("));
-}
-
-TEST_F(ReplayTest, BothProjectionRulesTurnAPerspectiveViewIntoACameraOverTwoRedraws) {
-  const std::string out = Replay("[FLINT]\nFORCEPERSP=1\nFORCEORTHO=1\n", {"redraw:7", "redraw", "redraw:4:0"});
-  // The active viewport: made perspective, then orthographic by the first redraw ...
-  EXPECT_THAT(out, HasSubstr("== redraw viewport 3 (type 7)\n  view[3].Type() -> 7\n"
-                             "  ExecuteCommand(118)\n  ForceCompleteRedraw(true)\n== redraw viewport 3 (type 6)\n"));
-  // ... and a camera view by the second.
-  EXPECT_THAT(out, HasSubstr("  CreateCameraObject(1) -> camera#1\n"));
-  EXPECT_THAT(out, HasSubstr("== redraw viewport 0 (type 4)\n  view[0].Type() -> 4\n== unload"));
 }
 
 TEST_F(ReplayTest, TheHostAnswersWhatTheOptionsSay) {
