@@ -262,8 +262,8 @@ BENCHMARK(BM_Display_CallbackPlusViewTypeFloor);
 
 void Display(benchmark::State& state, int forcePersp, int forceOrtho, int viewType) {
   Plugin plugin(PreferencePath());
-  plugin.hublet.settings.forcePersp = forcePersp;
-  plugin.hublet.settings.forceOrtho = forceOrtho;
+  plugin.hublet.state.settings.forcePersp = forcePersp;
+  plugin.hublet.state.settings.forceOrtho = forceOrtho;
   RunDisplay(state, &plugin.hublet, viewType);
 }
 
@@ -295,12 +295,12 @@ BENCHMARK(BM_LoadSettings)->Unit(benchmark::kMicrosecond);
 
 void BM_ApplyViewPreferences(benchmark::State& state) {
   Plugin plugin(PreferencePath());
-  HubletSettings& s = plugin.hublet.settings;
+  HubletSettings& s = plugin.hublet.state.settings;
   // Every stage, whatever the sample file switches on: the most a pass can cost.
   s.useViewLayout = s.useDisplayModes = s.useGamma = s.useFrameRate = 1;
   plugin.system.opens = 0;
   for (auto _ : state) {
-    ApplyViewPreferences(plugin.hublet);
+    ApplyViewPreferences(plugin.hublet.state);
     benchmark::DoNotOptimize(s);
   }
   state.counters["opens_per_pass"] =
@@ -362,15 +362,15 @@ BENCHMARK(BM_WholeRead_Hublet)->Arg(1024)->Arg(100 * 1024)->Arg(10 * 1024 * 1024
 void BM_PassReads_Hublet(benchmark::State& state) {
   const std::string path = FileOfSize(static_cast<std::size_t>(state.range(0)));
   Plugin plugin(path);
-  HubletSettings& s = plugin.hublet.settings;
+  HubletSettings& s = plugin.hublet.state.settings;
   s.useViewLayout = s.useDisplayModes = s.useGamma = s.useFrameRate = 1;
   const double size = static_cast<double>(FileSize(path));
   plugin.system.opens = 0;
   const ReadCounts before = ProcessReads();
-  ApplyViewPreferences(plugin.hublet);
+  ApplyViewPreferences(plugin.hublet.state);
   const ReadCounts after = ProcessReads();
   const int opens = plugin.system.opens;
-  for (auto _ : state) ApplyViewPreferences(plugin.hublet);
+  for (auto _ : state) ApplyViewPreferences(plugin.hublet.state);
   state.counters["opens_per_pass"] = opens;
   // rchar counts /proc/self/io's own read too; that is a few hundred bytes and one call.
   state.counters["bytes_read_per_file_byte"] = (after.bytes - before.bytes) / size;
@@ -449,7 +449,7 @@ BENCHMARK(BM_WholeRead_Inih)->Arg(1024)->Arg(100 * 1024)->Arg(10 * 1024 * 1024)-
 // The same user saves again: three lookups, no write.
 void BM_StampSaveProperties_SameSaver(benchmark::State& state) {
   Plugin plugin(PreferencePath());
-  for (auto _ : state) StampSaveProperties(plugin.hublet);
+  for (auto _ : state) StampSaveProperties(plugin.hublet.state);
 }
 BENCHMARK(BM_StampSaveProperties_SameSaver);
 
@@ -457,7 +457,7 @@ BENCHMARK(BM_StampSaveProperties_SameSaver);
 void BM_StampSaveProperties_NewSaver(benchmark::State& state) {
   Plugin plugin(PreferencePath());
   plugin.host.subject = L"ben on WORKSTATION2";
-  for (auto _ : state) StampSaveProperties(plugin.hublet);
+  for (auto _ : state) StampSaveProperties(plugin.hublet.state);
 }
 BENCHMARK(BM_StampSaveProperties_NewSaver);
 

@@ -6,7 +6,7 @@
 
 #include "host/host.h"
 #include "platform/system.h"
-#include "settings/settings.h"
+#include "settings/plugin_state.h"
 
 namespace hublet {
 
@@ -31,19 +31,7 @@ class Hublet final : public NotificationHandler, public DisplayHandler {
   // A call on the published preference interface: the host's status code.
   int CallInterface(int functionId, const InterfaceArguments& arguments);
 
-  Host& host() { return host_; }
-  System& system() { return system_; }
-
-  HubletSettings settings{};
-  TimeValue sceneTime = 0;  // captured at Start, never refreshed
-  int sceneBusy = 0;        // 0 between a scene operation's pre- and post-event
-  int saveDay = 0;
-  int saveMonth = 0;
-  int saveYear = 0;
-
- private:
-  Host& host_;
-  System& system_;
+  PluginState state;
 };
 
 }  // namespace hublet

@@ -17,7 +17,7 @@
 
 #include "frame/hublet.h"
 #include "host/host_constants.h"
-#include "host/sim/sim_session.h"
+#include "harness/sim_session.h"
 #include "platform/ini_document.h"
 #include "platform/profile.h"
 #include "platform/wide_text.h"
@@ -144,7 +144,7 @@ void RunSession(const std::uint8_t* data, std::size_t size) {
   session.LoadAndStart();
   Hublet& plugin = *session.hublet;
 
-  HubletSettings& s = plugin.settings;
+  HubletSettings& s = plugin.state.settings;
   s.forcePersp = 1;
   s.forceOrtho = 1;
   s.emptyMtlOnOpen = 1;
@@ -178,7 +178,7 @@ void RunSession(const std::uint8_t* data, std::size_t size) {
   session.host.Raise(host::kNotifyFilePostOpen);
   session.host.Raise(host::kNotifyFilePreSave);
   session.host.Raise(host::kNotifyFilePostSave);
-  Require(plugin.sceneBusy == 1, "busy after a post-save");
+  Require(plugin.state.sceneBusy == 1, "busy after a post-save");
   CheckTranscript(session.transcript);
 }
 

@@ -3,7 +3,7 @@
 #include <initializer_list>
 #include <utility>
 
-#include "frame/hublet.h"
+#include "settings/plugin_state.h"
 
 namespace hublet {
 namespace {
@@ -41,13 +41,13 @@ std::wstring SaverText(const std::wstring& userName, const std::wstring& hostNam
   return userName + L" on " + hostName;
 }
 
-void StampSaveProperties(Hublet& hublet) {
-  Host& host = hublet.host();
-  System& system = hublet.system();
+void StampSaveProperties(PluginState& state) {
+  Host& host = state.host;
+  System& system = state.system;
   const LocalDate today = system.Today();
-  hublet.saveDay = today.day;
-  hublet.saveMonth = today.month;
-  hublet.saveYear = today.year;
+  state.saveDay = today.day;
+  state.saveMonth = today.month;
+  state.saveYear = today.year;
   // Asked one after the other, so the system sees the same order on every compiler.
   const std::wstring userName = system.UserName();
   const std::wstring hostName = system.HostName();

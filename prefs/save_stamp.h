@@ -5,9 +5,9 @@
 
 namespace hublet {
 
-class Hublet;
+struct PluginState;
 
-void StampSaveProperties(Hublet& hublet);
+void StampSaveProperties(PluginState& state);
 
 // "anna on RENDER07": the account name and the host name.
 std::wstring SaverText(const std::wstring& userName, const std::wstring& hostName);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "frame/hublet.h"
+#include "settings/plugin_state.h"
 #include "settings/preference_keys.h"
 
 namespace hublet {
@@ -39,10 +39,10 @@ void SetUpViewport(Host& host, const HubletSettings& s, int index) {
   if (view.IsPerspective()) view.SetAffineTransform(homeViewMatrix);
 }
 
-void ApplyLayout(Hublet& hublet, ProfileReader& reader) {
-  HubletSettings& s = hublet.settings;
+void ApplyLayout(PluginState& state, ProfileReader& reader) {
+  HubletSettings& s = state.settings;
   ReadPreferenceKeys(reader, s, ReadWhen::LayoutStage);
-  Host& host = hublet.host();
+  Host& host = state.host;
   host.SetViewportLayout(s.viewLayout);
   host.SetExpertMode(s.expertMode);
   host.SetCommandPanelOpen(s.commandPanel);
@@ -57,35 +57,35 @@ bool IsGammaTarget(ClassId renderer) {
   return false;
 }
 
-void ApplyGamma(Hublet& hublet, ProfileReader& reader) {
-  HubletSettings& s = hublet.settings;
+void ApplyGamma(PluginState& state, ProfileReader& reader) {
+  HubletSettings& s = state.settings;
   ReadPreferenceKeys(reader, s, ReadWhen::GammaStage);
-  Host& host = hublet.host();
+  Host& host = state.host;
   host.SetDisplayGamma(s.displayGamma);
   host.SetFileInGamma(s.fileInGamma);
   host.SetFileOutGamma(s.fileOutGamma);
   const Lookup<ClassId> renderer = host.CurrentRendererClass(true);
   if (renderer.found && IsGammaTarget(renderer.value))
-    host.SetRendererFloat(host::kRendererGammaBlock, host::kRendererGammaParam, hublet.sceneTime,
+    host.SetRendererFloat(host::kRendererGammaBlock, host::kRendererGammaParam, state.sceneTime,
                           s.rendererGamma, 0);
 }
 
-void ApplyFrameRate(Hublet& hublet, ProfileReader& reader) {
-  ReadPreferenceKeys(reader, hublet.settings, ReadWhen::FrameRateStage);
-  hublet.host().SetFrameRate(hublet.settings.frameRate);
+void ApplyFrameRate(PluginState& state, ProfileReader& reader) {
+  ReadPreferenceKeys(reader, state.settings, ReadWhen::FrameRateStage);
+  state.host.SetFrameRate(state.settings.frameRate);
 }
 
 }  // namespace
 
-void ApplyViewPreferences(Hublet& hublet) {
-  const HubletSettings& s = hublet.settings;
-  const std::wstring path = PreferenceFilePath(hublet.host());
+void ApplyViewPreferences(PluginState& state) {
+  const HubletSettings& s = state.settings;
+  const std::wstring path = PreferenceFilePath(state.host);
   if (s.useViewLayout == 0 && s.useGamma == 0 && s.useFrameRate == 0) return;
   // One reader serves the whole pass, so the file is read once.
-  const std::unique_ptr<ProfileReader> reader = hublet.system().OpenProfile(path);
-  if (s.useViewLayout != 0) ApplyLayout(hublet, *reader);
-  if (s.useGamma != 0) ApplyGamma(hublet, *reader);
-  if (s.useFrameRate != 0) ApplyFrameRate(hublet, *reader);
+  const std::unique_ptr<ProfileReader> reader = state.system.OpenProfile(path);
+  if (s.useViewLayout != 0) ApplyLayout(state, *reader);
+  if (s.useGamma != 0) ApplyGamma(state, *reader);
+  if (s.useFrameRate != 0) ApplyFrameRate(state, *reader);
 }
 
 }  // namespace hublet

@@ -5,13 +5,13 @@
 
 namespace hublet {
 
-class Hublet;
+struct PluginState;
 
 // The view every perspective viewport the pass sets up is given.
 extern const Matrix43 homeViewMatrix;
 
 // Runs the layout, gamma and frame-rate stages, in that order, each when its switch is
 // non-zero, reading their keys afresh from the preference file.
-void ApplyViewPreferences(Hublet& hublet);
+void ApplyViewPreferences(PluginState& state);
 
 }  // namespace hublet

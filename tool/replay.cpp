@@ -4,7 +4,7 @@
 
 #include "frame/interface_table.h"
 #include "host/sim/sim_arguments.h"
-#include "host/sim/sim_session.h"
+#include "harness/sim_session.h"
 #include "toolbar/toolbar.h"
 #include "tool/command_line.h"
 
@@ -143,7 +143,7 @@ std::string RunEvent(SimSession& session, const ReplayEvent& event) {
         const int status = session.hublet->CallInterface(event.functionId, arguments);
         result = "-> status " + Int(status);
         if (const InterfaceFunction* function = FindInterfaceFunction(event.functionId))
-          result += ", " + std::string(function->fieldName) + " = " + Int(session.hublet->settings.*function->field);
+          result += ", " + std::string(function->fieldName) + " = " + Int(session.hublet->state.settings.*function->field);
       } catch (const OutOfRangeError& error) {
         result = "-> throws OutOfRangeException(" + FormatText(error.Message()) + ")";
       }

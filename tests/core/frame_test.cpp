@@ -21,7 +21,7 @@ TEST(PluginLife, LoadRegistersEverythingAndUnloadUnregistersTheHooksOnly) {
   EXPECT_THAT(std::vector<std::string>(lines.begin(), lines.begin() + 4),
               ElementsAre("InitializeCom()", "StartSockets()", "RegisterDisplayCallback(true)",
                           "RegisterNotification(pre, 5)"));
-  EXPECT_EQ(session.hublet->sceneBusy, 1);
+  EXPECT_EQ(session.hublet->state.sceneBusy, 1);
   EXPECT_EQ(session.host.RegistrationCount(), kHookCount);
   for (std::size_t i = 0; i < kHookCount; ++i)
     EXPECT_TRUE(session.host.HasRegistration(kHooks[i].group, kHooks[i].code)) << kHooks[i].code;
@@ -45,12 +45,12 @@ TEST(PluginLife, StartCapturesTheTimeOnceAndLoadsTheSettings) {
   EXPECT_THAT(session.transcript.lines(),
               ElementsAre("CurrentTime() -> 4800", "Directory(9) -> \"C:\\\\3dsMax2017\\\\plugcfg\"",
                           "OpenProfile(\"C:\\\\3dsMax2017\\\\plugcfg\\\\Vantor.ini\")"));
-  EXPECT_EQ(session.hublet->sceneTime, 4800);
-  EXPECT_EQ(session.hublet->settings.forcePersp, 1);
-  EXPECT_EQ(session.hublet->settings.useFrameRate, 7);
+  EXPECT_EQ(session.hublet->state.sceneTime, 4800);
+  EXPECT_EQ(session.hublet->state.settings.forcePersp, 1);
+  EXPECT_EQ(session.hublet->state.settings.useFrameRate, 7);
   session.host.SetTime(9600);
   session.host.Raise(host::kNotifySystemPostNew);
-  EXPECT_EQ(session.hublet->sceneTime, 4800);
+  EXPECT_EQ(session.hublet->state.sceneTime, 4800);
 }
 
 class HookTest : public PluginTest {};
@@ -60,9 +60,9 @@ TEST_F(HookTest, EveryPreEventClearsBusyAndEveryPostEventSetsIt) {
   const int pairs[][2] = {{5, 6}, {7, 8}, {9, 10}, {11, 12}, {13, 14}, {20, 21}, {24, 25}, {27, 28}};
   for (const auto& pair : pairs) {
     session.host.Raise(pair[0]);
-    EXPECT_EQ(plugin().sceneBusy, 0) << pair[0];
+    EXPECT_EQ(plugin().state.sceneBusy, 0) << pair[0];
     session.host.Raise(pair[1]);
-    EXPECT_EQ(plugin().sceneBusy, 1) << pair[1];
+    EXPECT_EQ(plugin().state.sceneBusy, 1) << pair[1];
   }
 }
 
@@ -71,7 +71,7 @@ TEST_F(HookTest, StartUpRunsThePassLeavingBusyNewAndResetSetItFirst) {
   for (int code : {host::kNotifySystemStartup, host::kNotifySystemPostNew, host::kNotifySystemPostReset}) {
     session.host.Raise(host::kNotifySystemPreNew);
     EXPECT_EQ(Raise(code).back(), "SetFrameRate(25)") << code;
-    EXPECT_EQ(plugin().sceneBusy, code == host::kNotifySystemStartup ? 0 : 1) << code;
+    EXPECT_EQ(plugin().state.sceneBusy, code == host::kNotifySystemStartup ? 0 : 1) << code;
   }
 }
 
@@ -87,13 +87,13 @@ TEST_F(HookTest, PostOpenClearsTheMaterialEditorOnlyForExactlyOne) {
 
   StartWith("[FLINT]\nEMPTYMTLO=2\n");
   EXPECT_THAT(Raise(host::kNotifyFilePostOpen), IsEmpty());
-  EXPECT_EQ(plugin().settings.emptyMtlOnOpen, 2);
+  EXPECT_EQ(plugin().state.settings.emptyMtlOnOpen, 2);
 }
 
 TEST_F(HookTest, PreSaveClearsBusyThenStamps) {
   StartWith("");
   const std::vector<std::string> lines = Raise(host::kNotifyFilePreSave);
-  EXPECT_EQ(plugin().sceneBusy, 0);
+  EXPECT_EQ(plugin().state.sceneBusy, 0);
   EXPECT_EQ(lines.front(), "Today() -> 3-7-2020");
   EXPECT_EQ(host().Property(1, 3).value, L"anna on RENDER07");
 }

@@ -35,11 +35,11 @@ TEST_F(InterfaceTest, EachFunctionSetsItsOwnSwitchToZeroOrOne) {
   StartWith("[FLINT]\nFORCEPERSP=7\n");
   for (const auto& f : functions) {
     for (const int argument : {0, 1, 5, -1}) {
-      HubletSettings expected = plugin().settings;
+      HubletSettings expected = plugin().state.settings;
       expected.*f.field = argument != 0 ? 1 : 0;
       session.transcript.Clear();
       EXPECT_EQ(Call(f.id, {argument}), host::kFunctionStatusOk);
-      EXPECT_EQ(std::memcmp(&expected, &plugin().settings, sizeof expected), 0) << f.id << " " << argument;
+      EXPECT_EQ(std::memcmp(&expected, &plugin().state.settings, sizeof expected), 0) << f.id << " " << argument;
       EXPECT_THAT(session.transcript.lines(), IsEmpty());
     }
   }
@@ -47,7 +47,7 @@ TEST_F(InterfaceTest, EachFunctionSetsItsOwnSwitchToZeroOrOne) {
 
 TEST_F(InterfaceTest, UnknownFunctionsAndMissingArgumentsChangeNothing) {
   StartWith("");
-  const HubletSettings before = plugin().settings;
+  const HubletSettings before = plugin().state.settings;
   for (const int id : {9, 23, 0, -1, 32767}) EXPECT_EQ(Call(id, {1}), host::kFunctionStatusNoSuchFunction) << id;
   EXPECT_EQ(Call(9, {}), host::kFunctionStatusNoSuchFunction);
   try {
@@ -56,7 +56,7 @@ TEST_F(InterfaceTest, UnknownFunctionsAndMissingArgumentsChangeNothing) {
   } catch (const OutOfRangeError& error) {
     EXPECT_EQ(error.Message(), L"Argument index out of bounds, passed into a MaxSDK::Array::operator[]");
   }
-  EXPECT_EQ(std::memcmp(&before, &plugin().settings, sizeof before), 0);
+  EXPECT_EQ(std::memcmp(&before, &plugin().state.settings, sizeof before), 0);
 }
 
 TEST_F(InterfaceTest, SwitchesSetAtRunTimeDriveTheNextHookAndDieAtTheNextStart) {
@@ -69,8 +69,8 @@ TEST_F(InterfaceTest, SwitchesSetAtRunTimeDriveTheNextHookAndDieAtTheNextStart) 
   EXPECT_EQ(LinesStartingWith(pass, "SetDisplayGamma").size(), 1u);
   EXPECT_EQ(LinesStartingWith(pass, "SetFrameRate").size(), 1u);
   session.LoadAndStart();
-  EXPECT_EQ(plugin().settings.useViewLayout, 1);
-  EXPECT_EQ(plugin().settings.emptyMtlOnOpen, 0);
+  EXPECT_EQ(plugin().state.settings.useViewLayout, 1);
+  EXPECT_EQ(plugin().state.settings.emptyMtlOnOpen, 0);
 }
 
 class ToolbarTest : public ::testing::Test {

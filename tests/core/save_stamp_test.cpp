@@ -32,9 +32,9 @@ TEST_F(SaveStampTest, ANeverStampedSceneGetsTheSaverTwiceAndTheDateInNineCalls) 
                                   "FindProperty(1, 4) -> none", "AddStringProperty(1, 4, \"anna on RENDER07\")",
                                   "DeleteProperty(1, 2)", "FindProperty(1, 2) -> none",
                                   "AddStringProperty(1, 2, \"3-7-2020\")"));
-  EXPECT_EQ(plugin().saveDay, 3);
-  EXPECT_EQ(plugin().saveMonth, 7);
-  EXPECT_EQ(plugin().saveYear, 2020);
+  EXPECT_EQ(plugin().state.saveDay, 3);
+  EXPECT_EQ(plugin().state.saveMonth, 7);
+  EXPECT_EQ(plugin().state.saveYear, 2020);
 }
 
 TEST_F(SaveStampTest, TheSameSaverAgainWritesNothingAndKeepsTheFirstDate) {
@@ -42,7 +42,7 @@ TEST_F(SaveStampTest, TheSameSaverAgainWritesNothingAndKeepsTheFirstDate) {
   session.system.today = LocalDate{4, 7, 2020};
   EXPECT_THAT(Writes(Save()), ::testing::IsEmpty());
   EXPECT_EQ(Text(kTitle), L"3-7-2020");
-  EXPECT_EQ(plugin().saveDay, 4);  // the object keeps the date of the last save all the same
+  EXPECT_EQ(plugin().state.saveDay, 4);  // the object keeps the date of the last save all the same
 }
 
 TEST_F(SaveStampTest, ASecondSaverMovesTheFirstIntoAuthor) {

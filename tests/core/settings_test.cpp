@@ -33,7 +33,7 @@ class LoadSettingsTest : public PluginTest {};
 TEST_F(LoadSettingsTest, NoFileLeavesEveryDefault) {
   SimSession bare;  // no file mapped: the host path does not exist here
   bare.LoadAndStart();
-  const HubletSettings& s = bare.hublet->settings;
+  const HubletSettings& s = bare.hublet->state.settings;
   for (int value : {s.forcePersp, s.forceOrtho, s.emptyMtlOnOpen, s.emptyMtlOnSave, s.useViewLayout,
                     s.useDisplayModes, s.spareViewFlag, s.useGamma, s.useFrameRate})
     EXPECT_EQ(value, 0);
@@ -47,7 +47,7 @@ TEST_F(LoadSettingsTest, EveryStartKeyIsReadFromItsOwnSection) {
       "[FLINT]\nFORCEPERSP=11\nFORCEORTHO=12\nEMPTYMTLO=13\nEMPTYMTLS=14\nSHADEDOPEN=15\n"
       "OBJCOLOPEN=16\nBOXSAVE=17\nOBJCOLSAVE=18\nUSE_VPL=90\n"
       "[MYVIEW]\nUSE_VPL=21\nUSE_DR=22\nUSE_GAMMA=23\nUSE_FPS=24\nFORCEPERSP=91\n");
-  const HubletSettings& s = plugin().settings;
+  const HubletSettings& s = plugin().state.settings;
   EXPECT_EQ(s.forcePersp, 11);
   EXPECT_EQ(s.forceOrtho, 12);
   EXPECT_EQ(s.emptyMtlOnOpen, 13);
@@ -65,9 +65,9 @@ TEST_F(LoadSettingsTest, EveryStartKeyIsReadFromItsOwnSection) {
 
 TEST_F(LoadSettingsTest, NegativeAndWrappedIntegersAreStoredAsSigned32Bit) {
   StartWith("[FLINT]\nFORCEPERSP=-1\nFORCEORTHO=4294967295\nEMPTYMTLO=2147483648\n");
-  EXPECT_EQ(plugin().settings.forcePersp, -1);
-  EXPECT_EQ(plugin().settings.forceOrtho, -1);
-  EXPECT_EQ(plugin().settings.emptyMtlOnOpen, -2147483647 - 1);
+  EXPECT_EQ(plugin().state.settings.forcePersp, -1);
+  EXPECT_EQ(plugin().state.settings.forceOrtho, -1);
+  EXPECT_EQ(plugin().state.settings.emptyMtlOnOpen, -2147483647 - 1);
 }
 
 TEST(ParseGamma, ReadsLikeTheCLibraryAndNeverOverflows) {

@@ -45,7 +45,7 @@ TEST_F(ViewPreferencesTest, AFullPassSetsLayoutViewsGammasAndFrameRateInOrder) {
                                   "CurrentRendererClass(true) -> (0x73BAB286, 0x77F8FD0C)",
                                   "SetRendererFloat(9, 265, 1234, 2.6, 0)", "SetFrameRate(25)"));
   EXPECT_EQ(host().viewport(1).transform, homeViewMatrix);
-  EXPECT_EQ(plugin().settings.viewCount, 2);
+  EXPECT_EQ(plugin().state.settings.viewCount, 2);
 }
 
 TEST_F(ViewPreferencesTest, EachStageFollowsOnlyItsOwnSwitch) {
@@ -80,7 +80,7 @@ TEST_F(ViewPreferencesTest, ViewportCountBelowOneTouchesNoViewportAboveFourSetsU
   EXPECT_THAT(LinesStartingWith(Pass(), "SetActiveViewport("),
               ElementsAre("SetActiveViewport(0)", "SetActiveViewport(1)", "SetActiveViewport(2)",
                           "SetActiveViewport(3)"));
-  EXPECT_EQ(plugin().settings.viewCount, 9);
+  EXPECT_EQ(plugin().state.settings.viewCount, 9);
 }
 
 TEST_F(ViewPreferencesTest, ATypeOutsideTheTableKeepsTheViewAndTheRestOfItsSetup) {
@@ -142,7 +142,7 @@ TEST_F(ViewPreferencesTest, PassKeysAreReadAfreshOnEveryPassSwitchesOnlyAtStart)
   EXPECT_EQ(LinesStartingWith(Pass(), "SetViewportLayout"), std::vector<std::string>{"SetViewportLayout(116)"});
   RewriteIni("[MYVIEW]\nUSE_VPL=0\nVPLAYOUT=33\n");
   EXPECT_EQ(LinesStartingWith(Pass(), "SetViewportLayout"), std::vector<std::string>{"SetViewportLayout(33)"});
-  EXPECT_EQ(plugin().settings.viewLayout, 33);
+  EXPECT_EQ(plugin().state.settings.viewLayout, 33);
 }
 
 }  // namespace

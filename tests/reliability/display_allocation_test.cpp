@@ -9,7 +9,7 @@
 #include <new>
 
 #include "frame/hublet.h"
-#include "host/sim/sim_session.h"
+#include "harness/sim_session.h"
 
 namespace {
 
@@ -66,8 +66,8 @@ class DisplayAllocationTest : public ::testing::Test {
   }
 
   void SetSwitches(int persp, int ortho) {
-    session.hublet->settings.forcePersp = persp;
-    session.hublet->settings.forceOrtho = ortho;
+    session.hublet->state.settings.forcePersp = persp;
+    session.hublet->state.settings.forceOrtho = ortho;
   }
 
   SimSession session;

@@ -27,7 +27,7 @@
 #include "frame/hublet.h"
 #include "frame/interface_table.h"
 #include "host/sim/sim_arguments.h"
-#include "host/sim/sim_session.h"
+#include "harness/sim_session.h"
 #include "platform/wide_text.h"
 #include "settings/preference_keys.h"
 #include "tests/support/scratch_file.h"
@@ -281,12 +281,12 @@ class RandomSession {
 
   // After every step.
   void Check() {
-    Require(plugin().sceneBusy == busy_, "sceneBusy is " + std::to_string(plugin().sceneBusy));
-    Require(plugin().sceneTime == sceneTime_, "sceneTime changed after start");
+    Require(plugin().state.sceneBusy == busy_, "sceneBusy is " + std::to_string(plugin().state.sceneBusy));
+    Require(plugin().state.sceneTime == sceneTime_, "sceneTime changed after start");
     for (std::size_t i = 0; i < kPreferenceInterface.functionCount; ++i) {
       const InterfaceFunction& f = kPreferenceInterface.functions[i];
-      Require(plugin().settings.*f.field == switches_.*f.field,
-              "switch " + std::to_string(f.id) + " is " + std::to_string(plugin().settings.*f.field));
+      Require(plugin().state.settings.*f.field == switches_.*f.field,
+              "switch " + std::to_string(f.id) + " is " + std::to_string(plugin().state.settings.*f.field));
     }
     for (const std::string& line : session_.transcript.lines()) {
       const char* s = line.c_str();

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/sim/sim_session.h"
+#include "harness/sim_session.h"
 #include "tests/support/scratch_file.h"
 
 namespace hublet {

@@ -1,4 +1,4 @@
-#include "host/sim/sim_session.h"
+#include "harness/sim_session.h"
 
 #include "host/host_path.h"
 
