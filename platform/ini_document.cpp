@@ -271,6 +271,7 @@ void IniDocument::AddLine(std::size_t begin, std::size_t end, std::size_t line) 
     std::size_t close = begin + 1;
     while (close < end && text[close] != u']') ++close;
     if (close + 1 < end) ignored_.push_back({line, IniIgnoreReason::TextAfterHeader});
+    if (close == end) ignored_.push_back({line, IniIgnoreReason::UnclosedHeader});
     std::size_t nameBegin = begin + 1;
     std::size_t nameEnd = close;
     TrimBlanks(text, nameBegin, nameEnd);

@@ -31,6 +31,7 @@ enum class IniIgnoreReason {
   Comment,             // the line starts with ';'
   BeforeFirstSection,  // an entry above the first header, which no section name reaches
   TextAfterHeader,     // characters after the header's closing ']'
+  UnclosedHeader,      // a header without ']': its name runs to the line's end
   TextAfterNul,        // a NUL ends the name or value early; the rest is not read
 };
 

@@ -15,9 +15,10 @@
 namespace hublet {
 namespace tool {
 
-// An error: something the author wrote is not read at all. A warning: it is read, but
-// the plug-in does something other than what the text suggests.
-enum class Severity { Warning, Error };
+// An error: what the author wrote is not read at all, or turns a switch on or off against
+// its evident meaning. A warning: it is read, but the plug-in does something other than
+// what the text suggests. A note: it is read and has no effect.
+enum class Severity { Note, Warning, Error };
 
 struct Diagnostic {
   std::size_t line;  // 1-based; 0 when it concerns the whole file

@@ -51,7 +51,14 @@ const PreferenceKey* StageSwitch(ReadWhen stage) {
   return nullptr;
 }
 
-const char* SeverityName(Severity severity) { return severity == Severity::Error ? "error" : "warning"; }
+const char* SeverityName(Severity severity) {
+  switch (severity) {
+    case Severity::Note: return "note";
+    case Severity::Warning: return "warning";
+    case Severity::Error: return "error";
+  }
+  return "error";
+}
 
 std::string FormatCheckText(const CheckReport& report, const std::string& fileName) {
   std::string out = fileName + ": " + EncodingDescription(report.encoding) + ", " +

@@ -22,7 +22,7 @@ using namespace std::string_literals;
 const char* const kEncodings[] = {"ansi", "utf-16le", "utf-8 bom read as ansi",
                                   "utf-16le without bom read as ansi", "utf-16be, not read"};
 const char* const kReasons[] = {"comment", "before first section", "text after header",
-                                "text after NUL"};
+                                "unclosed header", "text after NUL"};
 
 std::string Dump(const IniDocument& document) {
   std::string out = kEncodings[int(document.Encoding())] + ", "s +

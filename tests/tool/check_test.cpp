@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tool/check.h"
+#include "tool/report.h"
 
 namespace hublet {
 namespace tool {
@@ -47,7 +48,7 @@ std::string FileBytes(const std::string& field) {
 std::string Diagnostics(const CheckReport& report) {
   std::string out;
   for (const Diagnostic& d : report.diagnostics)
-    out += (out.empty() ? "" : ", ") + std::to_string(d.line) + (d.severity == Severity::Error ? " error " : " warning ") +
+    out += (out.empty() ? "" : ", ") + std::to_string(d.line) + " " + SeverityName(d.severity) + " " +
            d.code + (d.suggestion.empty() ? "" : " -> " + d.suggestion) + (d.message.empty() ? " (no message)" : "");
   return out.empty() ? "none" : out;
 }
@@ -71,8 +72,9 @@ TEST(CheckDiagnostics, EachRowOfTheTableGetsExactlyItsReport) {
 }
 
 TEST(CheckDiagnostics, MessagesSayWhatTheReaderDoesInstead) {
-  const CheckReport report = CheckPreferenceFile("[MYVIEW]\nFPS=24\nFPS=30\nNUMVP\nGAMMA=abc\n[FLINT]\nEMPTYMTLO=2\n");
-  const char* const says[] = {"first, at line 2", "the default, 0", "applies 0", "exactly 1"};
+  const CheckReport report = CheckPreferenceFile(
+      "[MYVIEW]\nUSE_FPS=1\nUSE_GAMMA=1\nFPS=24\nFPS=30\nNUMVP\nGAMMA=abc\n[FLINT]\nEMPTYMTLO=2\n");
+  const char* const says[] = {"first, at line 4", "the default, 0", "applies 0", "exactly 1"};
   ASSERT_EQ(report.diagnostics.size(), 4u);
   for (std::size_t i = 0; i < 4; ++i) EXPECT_THAT(report.diagnostics[i].message, ::testing::HasSubstr(says[i]));
 }
