@@ -1,6 +1,7 @@
 #include "tool/command_line.h"
 
 #include <cerrno>
+#include <csignal>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -36,6 +37,10 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv) {
 }
 
 void PrepareStandardStreams() {
+#ifndef _WIN32
+  // A closed pipe is then an error of the write, reported like any other, not a signal.
+  std::signal(SIGPIPE, SIG_IGN);
+#endif
 #ifdef _WIN32
   _setmode(_fileno(stdout), _O_BINARY);
   _setmode(_fileno(stderr), _O_BINARY);
@@ -44,6 +49,13 @@ void PrepareStandardStreams() {
 }
 
 void WriteOut(const std::string& text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+bool FinishOutput(std::string& error) {
+  errno = 0;
+  if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return true;
+  error = errno != 0 ? std::strerror(errno) : "write error";
+  return false;
+}
 
 void WriteError(const std::string& text) {
   std::fflush(stdout);
@@ -84,8 +96,7 @@ std::string ArgumentScanner::Positional() {
     if (Done()) throw UsageError("nothing follows \"--\"");
   }
   const std::string& argument = arguments_[next_];
-  if (!OptionsEnded() && argument.size() > 1 && argument[0] == '-' && argument[1] == '-')
-    throw UsageError("unknown option " + argument);
+  if (!OptionsEnded() && argument.size() > 1 && argument[0] == '-') throw UsageError("unknown option " + argument);
   ++next_;
   return argument;
 }

@@ -27,6 +27,8 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv);
 // everywhere) and UTF-8 for the Windows console.
 void PrepareStandardStreams();
 void WriteOut(const std::string& text);
+// Flushes standard output; false with the reason when anything written to it was lost.
+bool FinishOutput(std::string& error);
 void WriteError(const std::string& text);
 
 // Scans one command's arguments: options in the forms "--name=value" and "--name value",

@@ -7,6 +7,8 @@
 #include <cstring>
 
 #ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
 #include <stdlib.h>
 #endif
 
@@ -64,6 +66,17 @@ std::wstring ProfilePath(const std::string& path) {
 #else
   return wide;
 #endif
+}
+
+std::string ReadStandardInput() {
+#ifdef _WIN32
+  _setmode(_fileno(stdin), _O_BINARY);
+#endif
+  std::string bytes;
+  char buffer[65536];
+  std::size_t count;
+  while ((count = std::fread(buffer, 1, sizeof buffer, stdin)) > 0) bytes.append(buffer, count);
+  return bytes;
 }
 
 }  // namespace tool

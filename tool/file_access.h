@@ -9,6 +9,9 @@ namespace tool {
 // The content of a regular file; false with a reason in error when it cannot be read.
 bool ReadFileBytes(const std::string& path, std::string& bytes, std::string& error);
 
+// Everything on standard input, as bytes.
+std::string ReadStandardInput();
+
 // path as the profile reader of this build needs it. The Windows profile API looks up a
 // bare file name in the Windows folder, so on Windows the path is made absolute.
 std::wstring ProfilePath(const std::string& path);

@@ -42,5 +42,9 @@ std::string JsonFloat(float value) {
   return FormatFloat(value);
 }
 
+std::string JsonError(const std::string& code, const std::string& message) {
+  return "{\"code\": " + JsonString(code) + ", \"message\": " + JsonString(message) + "}";
+}
+
 }  // namespace tool
 }  // namespace hublet

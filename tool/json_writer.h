@@ -13,5 +13,8 @@ std::string JsonString(const std::string& text);
 // number for the value.
 std::string JsonFloat(float value);
 
+// An error object: {"code": CODE, "message": MESSAGE}.
+std::string JsonError(const std::string& code, const std::string& message);
+
 }  // namespace tool
 }  // namespace hublet

@@ -5,6 +5,7 @@
 
 #include "tool/command_line.h"
 #include "tool/commands.h"
+#include "tool/json_writer.h"
 
 namespace {
 
@@ -15,45 +16,87 @@ const char kHelp[] =
     "preference file Vantor.ini with the plug-in's own code and tells what it will do.\n"
     "\n"
     "Commands:\n"
-    "  check [FILE]     the value of every key, where it comes from, and the problems found\n"
+    "  check [FILE...]  the value of every key, where it comes from, and the problems found\n"
     "  replay [EVENT...]  the host calls the plug-in makes in a simulated 3ds Max session\n"
     "  read FILE SECTION KEY (--int D | --text D)\n"
     "                   what the plug-in's reader returns for one key\n"
     "  keys             the reference of every preference key\n"
     "\n"
-    "\"hublet COMMAND --help\" describes each command.\n"
-    "Exit status: 0 fine, 1 problems found (check), 2 bad usage or unreadable input.\n";
+    "\"hublet help COMMAND\" or \"hublet COMMAND --help\" describes each command;\n"
+    "\"hublet --version\" prints the version.\n"
+    "Exit status: 0 fine, 1 problems found (check), 2 bad usage, unreadable input or\n"
+    "output that cannot be written.\n";
+
+using Command = int (*)(const std::vector<std::string>&);
+
+Command FindCommand(const std::string& name) {
+  using namespace hublet::tool;
+  if (name == "check") return RunCheckCommand;
+  if (name == "replay") return RunReplayCommand;
+  if (name == "read") return RunReadCommand;
+  if (name == "keys") return RunKeysCommand;
+  return nullptr;
+}
+
+// Whether the command was asked for JSON, so that an error is answered in JSON too.
+bool WantsJson(const std::vector<std::string>& arguments) {
+  for (std::size_t i = 0; i < arguments.size(); ++i)
+    if (arguments[i] == "--format=json" || (arguments[i] == "--format" && i + 1 < arguments.size() &&
+                                            arguments[i + 1] == "json"))
+      return true;
+  return false;
+}
+
+int Fail(const std::string& code, const std::string& message, const std::string& helpCommand, bool json) {
+  using namespace hublet::tool;
+  if (json) WriteOut("{\"schema\": \"hublet-error/1\", \"error\": " + JsonError(code, message) + "}\n");
+  WriteError("hublet: " + message + (helpCommand.empty() ? "" : " (see " + helpCommand + ")") + "\n");
+  return kExitUsage;
+}
+
+int Run(std::vector<std::string> arguments) {
+  using namespace hublet::tool;
+  if (arguments.empty()) {
+    WriteError(kHelp);
+    return kExitUsage;
+  }
+  std::string name = arguments.front();
+  arguments.erase(arguments.begin());
+  if (name == "-h" || name == "--help" || (name == "help" && arguments.empty())) {
+    WriteOut(kHelp);
+    return kExitOk;
+  }
+  if (name == "--version") {
+    WriteOut("hublet " HUBLET_VERSION "\n");
+    return kExitOk;
+  }
+  if (name == "help") {
+    name = arguments.front();
+    arguments.assign(1, "--help");
+  }
+  const Command command = FindCommand(name);
+  const bool json = WantsJson(arguments);
+  if (command == nullptr) return Fail("usage", "unknown command \"" + name + "\"", "hublet --help", json);
+  try {
+    return command(arguments);
+  } catch (const UsageError& error) {
+    return Fail("usage", error.what(), "hublet " + name + " --help", json);
+  } catch (const std::exception& error) {
+    return Fail("failure", error.what(), std::string(), json);
+  }
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
   using namespace hublet::tool;
   PrepareStandardStreams();
-  std::vector<std::string> arguments = Utf8Arguments(argc, argv);
-  if (arguments.empty()) {
-    WriteError(kHelp);
+  const int status = Run(Utf8Arguments(argc, argv));
+  // A full disk or a closed pipe must not pass for success.
+  std::string error;
+  if (!FinishOutput(error)) {
+    WriteError("hublet: cannot write the output: " + error + "\n");
     return kExitUsage;
   }
-  const std::string command = arguments.front();
-  arguments.erase(arguments.begin());
-  try {
-    if (command == "-h" || command == "--help" || command == "help") {
-      WriteOut(kHelp);
-      return kExitOk;
-    }
-    if (command == "check") return RunCheckCommand(arguments);
-    if (command == "replay") return RunReplayCommand(arguments);
-    if (command == "read") return RunReadCommand(arguments);
-    if (command == "keys") return RunKeysCommand(arguments);
-    throw UsageError("unknown command \"" + command + "\"");
-  } catch (const UsageError& error) {
-    const std::string help = command == "check" || command == "replay" || command == "read" || command == "keys"
-                                 ? "hublet " + command + " --help"
-                                 : "hublet --help";
-    WriteError("hublet: " + std::string(error.what()) + " (see " + help + ")\n");
-    return kExitUsage;
-  } catch (const std::exception& error) {
-    WriteError("hublet: " + std::string(error.what()) + "\n");
-    return kExitUsage;
-  }
+  return status;
 }

@@ -202,7 +202,7 @@ std::vector<ReplayEvent> ParseReplayEvent(const std::string& text) {
     return {event};
   }
   if (text == "toolbar") return {OfKind(ReplayEvent::Kind::Toolbar)};
-  throw UsageError("unknown event \"" + text + "\" (see hublet replay --help)");
+  throw UsageError("unknown event \"" + text + "\"");
 }
 
 std::vector<std::string> DefaultReplayEvents() { return {"startup", "new", "open", "redraw:6", "save", "save"}; }

@@ -105,6 +105,12 @@ void ParseViewportType(const std::string& text, ReplayOptions& options) {
   options.viewportTypes.emplace_back(viewport, ParseInt32(parts.second, "the view type of --viewport-type"));
 }
 
+int DaysInMonth(int month, int year) {
+  static const int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+  return month == 2 && leap ? 29 : kDays[month - 1];
+}
+
 void ParseDate(const std::string& text, ReplayOptions& options) {
   const std::size_t first = text.find('-');
   const std::size_t second = first == std::string::npos ? first : text.find('-', first + 1);
@@ -112,8 +118,9 @@ void ParseDate(const std::string& text, ReplayOptions& options) {
   LocalDate date{ParseInt32(text.substr(0, first), "the day of --date"),
                  ParseInt32(text.substr(first + 1, second - first - 1), "the month of --date"),
                  ParseInt32(text.substr(second + 1), "the year of --date")};
-  if (date.day < 1 || date.day > 31 || date.month < 1 || date.month > 12 || date.year < 1000 || date.year > 9999)
-    throw UsageError("--date takes D-M-YYYY with a day 1 to 31, a month 1 to 12 and a four-digit year");
+  if (date.month < 1 || date.month > 12 || date.year < 1000 || date.year > 9999 || date.day < 1 ||
+      date.day > DaysInMonth(date.month, date.year))
+    throw UsageError("--date: \"" + text + "\" is not a day of the calendar (D-M-YYYY, a four-digit year)");
   options.date = date;
 }
 

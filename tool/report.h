@@ -11,7 +11,10 @@ namespace tool {
 // compiler style "FILE:LINE: severity: message [code]", then a count.
 std::string FormatCheckText(const CheckReport& report, const std::string& fileName);
 
-// The "hublet-check/1" JSON document (see the README), ended by a newline.
+// Only the diagnostics, one a line in that style, for editors and CI logs.
+std::string FormatDiagnostics(const CheckReport& report, const std::string& fileName);
+
+// The "hublet-check/1" JSON document (see docs/hublet.md), ended by a newline.
 std::string FormatCheckJson(const CheckReport& report, const std::string& fileName);
 
 // The switch that gates a stage of the preference pass, or null for values read at start.

@@ -46,6 +46,7 @@ std::string Array(const std::vector<T>& items, Format format) {
 std::string FormatCheckJson(const CheckReport& report, const std::string& fileName) {
   const std::size_t errors = report.Count(Severity::Error);
   const std::size_t warnings = report.Count(Severity::Warning);
+  const std::size_t notes = report.Count(Severity::Note);
   std::string json = "{\n";
   json += "  " + Member("schema", JsonString("hublet-check/1")) + ",\n";
   json += "  " + Member("file", JsonString(fileName)) + ",\n";
@@ -57,7 +58,8 @@ std::string FormatCheckJson(const CheckReport& report, const std::string& fileNa
   json += "  " + Member("settings", Array(report.settings, SettingJson)) + ",\n";
   json += "  " + Member("diagnostics", Array(report.diagnostics, DiagnosticJson)) + ",\n";
   json += "  " + Member("summary", "{" + Member("errors", std::to_string(errors)) + ", " +
-                                       Member("warnings", std::to_string(warnings)) + "}") + "\n";
+                                       Member("warnings", std::to_string(warnings)) + ", " +
+                                       Member("notes", std::to_string(notes)) + "}") + "\n";
   return json + "}\n";
 }
 

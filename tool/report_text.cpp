@@ -8,6 +8,9 @@ namespace hublet {
 namespace tool {
 namespace {
 
+// A file of a million bad lines should not print a million lines.
+constexpr std::size_t kMaxPrintedDiagnostics = 100;
+
 std::string Plural(std::size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
@@ -83,17 +86,29 @@ std::string FormatCheckText(const CheckReport& report, const std::string& fileNa
     }
   }
 
-  out += "\n";
-  for (const Diagnostic& d : report.diagnostics) {
+  out += "\n" + FormatDiagnostics(report, fileName);
+  const std::size_t errors = report.Count(Severity::Error);
+  const std::size_t warnings = report.Count(Severity::Warning);
+  const std::size_t notes = report.Count(Severity::Note);
+  if (errors + warnings + notes == 0)
+    out += "No problems found.\n";
+  else
+    out += Plural(errors, "error", "errors") + ", " + Plural(warnings, "warning", "warnings") + ", " +
+           Plural(notes, "note", "notes") + ".\n";
+  return out;
+}
+
+std::string FormatDiagnostics(const CheckReport& report, const std::string& fileName) {
+  std::string out;
+  const std::size_t shown = std::min(report.diagnostics.size(), kMaxPrintedDiagnostics);
+  for (std::size_t i = 0; i < shown; ++i) {
+    const Diagnostic& d = report.diagnostics[i];
     out += fileName + ":" + (d.line != 0 ? std::to_string(d.line) + ":" : std::string()) + " " +
            SeverityName(d.severity) + ": " + d.message + " [" + d.code + "]\n";
   }
-  const std::size_t errors = report.Count(Severity::Error);
-  const std::size_t warnings = report.Count(Severity::Warning);
-  if (errors + warnings == 0)
-    out += "No problems found.\n";
-  else
-    out += Plural(errors, "error", "errors") + ", " + Plural(warnings, "warning", "warnings") + ".\n";
+  if (shown < report.diagnostics.size())
+    out += fileName + ": ... and " + std::to_string(report.diagnostics.size() - shown) +
+           " more diagnostics (--format json lists them all)\n";
   return out;
 }
 

@@ -57,7 +57,7 @@ TEST(CheckText, PrintsValuesByStageAndDiagnosticsInCompilerStyle) {
   EXPECT_THAT(text, HasSubstr("\nVantor.ini:3: warning: GAMMA = \"2.2x\""));
   EXPECT_THAT(text, HasSubstr("[gamma-not-a-number]\n"));
   EXPECT_THAT(text, HasSubstr("\nVantor.ini:5: error: "));
-  EXPECT_THAT(text, HasSubstr("\n1 error, 1 warning.\n"));
+  EXPECT_THAT(text, HasSubstr("\n1 error, 1 warning, 1 note.\n"));
 }
 
 }  // namespace
