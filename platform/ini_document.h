@@ -145,6 +145,7 @@ class IniDocument {
 class IniDocumentReader final : public ProfileReader {
  public:
   explicit IniDocumentReader(IniDocument document) : document_(std::move(document)) {}
+  const IniDocument& Document() const { return document_; }
   std::uint32_t ReadInt(const std::wstring& section, const std::wstring& key,
                         std::int32_t defaultValue) override {
     return document_.LookupInt(section, key, defaultValue);

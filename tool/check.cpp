@@ -16,6 +16,9 @@ constexpr std::size_t kShownLength = 80;
 
 void CheckContext::Add(std::size_t line, Severity severity, const char* code, std::string message,
                        const std::wstring& section, const std::wstring& key, const std::wstring& suggestion) {
+  const bool keep = Keeps();
+  Count(severity);
+  if (!keep) return;
   report.diagnostics.push_back({line, severity, code, std::move(message), WideToUtf8(section), WideToUtf8(key),
                                 WideToUtf8(suggestion)});
 }
@@ -41,16 +44,13 @@ std::string DefaultText(const PreferenceKey& key) {
   return key.kind == KeyKind::GammaText ? Quoted(key.defaultText) : std::to_string(key.defaultInt);
 }
 
-std::size_t CheckReport::Count(Severity severity) const {
-  return static_cast<std::size_t>(std::count_if(diagnostics.begin(), diagnostics.end(),
-                                                [severity](const Diagnostic& d) { return d.severity == severity; }));
-}
+namespace {
 
-CheckReport CheckPreferenceFile(const std::string& bytes, ProfileReader& reader) {
-  CheckContext context(bytes, IniDocument::Parse(bytes));
+CheckReport Check(const std::string& bytes, const IniDocument& document, ProfileReader& reader) {
+  CheckContext context(bytes, document);
   CheckReport& report = context.report;
-  report.encoding = context.document.Encoding();
-  report.lineCount = context.document.LineCount();
+  report.encoding = document.Encoding();
+  report.lineCount = document.LineCount();
   ReadValues(context, reader);
   if (CheckEncoding(context)) {
     CheckIgnoredLines(context);
@@ -63,9 +63,16 @@ CheckReport CheckPreferenceFile(const std::string& bytes, ProfileReader& reader)
   return std::move(report);
 }
 
+}  // namespace
+
+CheckReport CheckPreferenceFile(const std::string& bytes, ProfileReader& reader) {
+  return Check(bytes, IniDocument::Parse(bytes), reader);
+}
+
+// One parse serves both the values and the diagnostics.
 CheckReport CheckPreferenceFile(const std::string& bytes) {
   IniDocumentReader reader(IniDocument::Parse(bytes));
-  return CheckPreferenceFile(bytes, reader);
+  return Check(bytes, reader.Document(), reader);
 }
 
 const char* EncodingId(IniEncoding encoding) {

@@ -45,6 +45,8 @@ struct SettingValue {
   std::size_t line;  // the line the lookup reads, 0 when the default applies
 };
 
+constexpr std::size_t kMaxKeptDiagnostics = 1000;
+
 struct CheckReport {
   IniEncoding encoding = IniEncoding::Ansi;
   std::size_t lineCount = 0;
@@ -53,9 +55,14 @@ struct CheckReport {
   bool gammaStage = false;
   bool frameRateStage = false;
   std::vector<SettingValue> settings;
-  std::vector<Diagnostic> diagnostics;  // ordered by line, whole-file ones first
+  // Ordered by line, whole-file ones first. At most kMaxKeptDiagnostics are kept, so a
+  // file of a million bad lines does not take a million messages' memory; the counts
+  // cover every diagnostic found.
+  std::vector<Diagnostic> diagnostics;
+  std::size_t counts[3] = {0, 0, 0};  // by Severity
 
-  std::size_t Count(Severity severity) const;
+  std::size_t Count(Severity severity) const { return counts[static_cast<int>(severity)]; }
+  std::size_t Total() const { return counts[0] + counts[1] + counts[2]; }
 };
 
 // Checks a preference file: bytes are the file's content, reader the profile reader that

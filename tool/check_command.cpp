@@ -58,8 +58,14 @@ FileResult CheckOne(const std::string& file) {
     result.readable = false;
     return result;
   }
+#ifdef _WIN32
+  // The values as the Windows profile API reads them from the file itself.
   const std::unique_ptr<ProfileReader> reader = OpenProfile(ProfilePath(file));
   result.report = CheckPreferenceFile(bytes, *reader);
+#else
+  // Elsewhere the reader is this very parse of the bytes.
+  result.report = CheckPreferenceFile(bytes);
+#endif
   return result;
 }
 

@@ -14,15 +14,19 @@ namespace hublet {
 namespace tool {
 
 struct CheckContext {
-  CheckContext(const std::string& fileBytes, IniDocument parsed)
-      : bytes(fileBytes), document(std::move(parsed)) {}
+  CheckContext(const std::string& fileBytes, const IniDocument& parsed) : bytes(fileBytes), document(parsed) {}
+
+  // Whether another diagnostic is still kept with its message; when not, only Count it,
+  // which spares building messages nobody will see.
+  bool Keeps() const { return report.diagnostics.size() < kMaxKeptDiagnostics; }
+  void Count(Severity severity) { ++report.counts[static_cast<int>(severity)]; }
 
   void Add(std::size_t line, Severity severity, const char* code, std::string message,
            const std::wstring& section = std::wstring(), const std::wstring& key = std::wstring(),
            const std::wstring& suggestion = std::wstring());
 
   const std::string& bytes;
-  const IniDocument document;
+  const IniDocument& document;
   HubletSettings settings{};  // as the plug-in holds them after a start and a pass
   CheckReport report;
 };

@@ -1,7 +1,7 @@
 // The file as lines of text: its encoding, lines the reader skips, and UTF-8 that the
 // reader will decode as code page 1252.
 #include <algorithm>
-#include <set>
+#include <vector>
 
 #include "platform/wide_text.h"
 #include "tool/check_jobs.h"
@@ -58,14 +58,14 @@ std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t i, std::size_t 
 }
 
 // Whether a line above the first header starts with '#': a comment in other formats.
-std::set<std::size_t> HashLinesBeforeFirstSection(const CheckContext& context) {
-  std::set<std::size_t> hashLines;
+std::vector<std::size_t> HashLinesBeforeFirstSection(const CheckContext& context) {
+  std::vector<std::size_t> hashLines;
   if (context.report.encoding == IniEncoding::Utf16Le) return hashLines;
   const std::size_t last = context.document.Sections().empty() ? context.report.lineCount
                                                                : context.document.Sections().front().line;
   ForEachAnsiLine(context.bytes, [&](std::size_t line, std::size_t begin, std::size_t end) {
     while (begin < end && (context.bytes[begin] == ' ' || context.bytes[begin] == '\t')) ++begin;
-    if (begin < end && context.bytes[begin] == '#') hashLines.insert(line);
+    if (begin < end && context.bytes[begin] == '#') hashLines.push_back(line);
     return line < last;
   });
   return hashLines;
@@ -115,13 +115,13 @@ bool CheckEncoding(CheckContext& context) {
 }
 
 void CheckIgnoredLines(CheckContext& context) {
-  const std::set<std::size_t> hashLines = HashLinesBeforeFirstSection(context);
+  const std::vector<std::size_t> hashLines = HashLinesBeforeFirstSection(context);
   for (const IniIgnoredLine& ignored : context.document.IgnoredLines()) {
     switch (ignored.reason) {
       case IniIgnoreReason::Comment:
         break;  // meant to be ignored
       case IniIgnoreReason::BeforeFirstSection:
-        if (hashLines.count(ignored.line) != 0)
+        if (std::binary_search(hashLines.begin(), hashLines.end(), ignored.line))
           context.Add(ignored.line, Severity::Warning, "hash-comment",
                       "a line starting with '#' is not a comment in this file (only ';' starts one); here, above "
                       "the first [section] header, no lookup reaches it anyway; start the line with ';'");
@@ -149,12 +149,14 @@ void CheckIgnoredLines(CheckContext& context) {
 // 1252. One warning per line, showing what the first such character becomes; comments
 // are nobody's business.
 void CheckUtf8AsAnsi(CheckContext& context) {
-  std::set<std::size_t> comments;
+  // Ignored lines come in line order.
+  std::vector<std::size_t> comments;
   for (const IniIgnoredLine& ignored : context.document.IgnoredLines())
-    if (ignored.reason == IniIgnoreReason::Comment) comments.insert(ignored.line);
+    if (ignored.reason == IniIgnoreReason::Comment) comments.push_back(ignored.line);
   const std::string& bytes = context.bytes;
   ForEachAnsiLine(bytes, [&](std::size_t line, std::size_t begin, std::size_t end) {
-    for (std::size_t k = begin; k < end && comments.count(line) == 0; ++k) {
+    const bool comment = std::binary_search(comments.begin(), comments.end(), line);
+    for (std::size_t k = begin; k < end && !comment; ++k) {
       const std::size_t length = Utf8SequenceAt(bytes, k, end);
       if (length == 0) continue;
       const std::string sequence = bytes.substr(k, length);

@@ -13,6 +13,8 @@ namespace {
 
 // Suggestions further away than this are more likely another word than a slip.
 constexpr std::size_t kMaxSuggestionDistance = 2;
+// Longer than any known name plus that distance, and than a per-view key of any index.
+constexpr std::size_t kLongestComparedName = 64;
 
 // A name the plug-in looks up, with the table row it belongs to.
 struct KnownName {
@@ -126,6 +128,12 @@ class NameChecker {
 
   void CheckEntry(const std::wstring& section, const KnownSection& known, const IniEntry& entry) {
     const std::wstring entryName = document_.Name(entry);
+    // Past the kept diagnostics only the count matters, and every finding below a '#'
+    // line is an error: the common cases are counted without building a message.
+    if (!context_.Keeps() && (entryName.empty() || entryName[0] != L'#') && !IsKnownAndFirst(section, known, entry, entryName)) {
+      context_.Count(Severity::Error);
+      return;
+    }
     if (!entryName.empty() && entryName[0] == L'#') {
       context_.Add(entry.line, Severity::Warning, "hash-comment",
                    "a line starting with '#' is not a comment in this file (only ';' starts one): the reader "
@@ -141,8 +149,9 @@ class NameChecker {
                    section, entryName);
       return;
     }
-    const std::wstring folded = FoldUpperAscii(entryName);
-    const KnownName* name = FindKnown(known, folded);
+    // No known name is long: a huge one is neither folded nor compared.
+    const std::wstring folded = entryName.size() <= kLongestComparedName ? FoldUpperAscii(entryName) : std::wstring();
+    const KnownName* name = folded.empty() ? nullptr : FindKnown(known, folded);
     if (!entry.hasEquals) {
       std::string message = Quoted(entryName) + " has no '=': ";
       message += name != nullptr ? "the reader answers the default, " + DefaultText(*name->key)
@@ -151,6 +160,12 @@ class NameChecker {
       return;
     }
     if (name == nullptr) UnknownKey(section, known, entry, entryName, folded);
+  }
+
+  bool IsKnownAndFirst(const std::wstring& section, const KnownSection& known, const IniEntry& entry,
+                       const std::wstring& entryName) const {
+    return entry.hasEquals && document_.Find(section, entryName) == &entry &&
+           entryName.size() <= kLongestComparedName && FindKnown(known, FoldUpperAscii(entryName)) != nullptr;
   }
 
   void UnknownKey(const std::wstring& section, const KnownSection& known, const IniEntry& entry,

@@ -59,7 +59,8 @@ std::string FormatCheckJson(const CheckReport& report, const std::string& fileNa
   json += "  " + Member("diagnostics", Array(report.diagnostics, DiagnosticJson)) + ",\n";
   json += "  " + Member("summary", "{" + Member("errors", std::to_string(errors)) + ", " +
                                        Member("warnings", std::to_string(warnings)) + ", " +
-                                       Member("notes", std::to_string(notes)) + "}") + "\n";
+                                       Member("notes", std::to_string(notes)) + ", " +
+                                       Member("listed", std::to_string(report.diagnostics.size())) + "}") + "\n";
   return json + "}\n";
 }
 

@@ -106,9 +106,9 @@ std::string FormatDiagnostics(const CheckReport& report, const std::string& file
     out += fileName + ":" + (d.line != 0 ? std::to_string(d.line) + ":" : std::string()) + " " +
            SeverityName(d.severity) + ": " + d.message + " [" + d.code + "]\n";
   }
-  if (shown < report.diagnostics.size())
-    out += fileName + ": ... and " + std::to_string(report.diagnostics.size() - shown) +
-           " more diagnostics (--format json lists them all)\n";
+  if (shown < report.Total())
+    out += fileName + ": ... and " + std::to_string(report.Total() - shown) + " more diagnostics (--format json lists up to " +
+           std::to_string(kMaxKeptDiagnostics) + " and counts them all)\n";
   return out;
 }
 
