@@ -5,6 +5,7 @@
 #include "host/host_constants.h"
 #include "platform/wide_text.h"
 #include "settings/preference_keys.h"
+#include "tool/host_codes.h"
 #include "tool/report.h"
 
 namespace hublet {
@@ -86,6 +87,14 @@ std::vector<std::string> Notes() {
   };
 }
 
+const HostCodeSet* const kCodeSets[] = {&kViewTypes, &kShadingStyles, &kViewportLayouts};
+
+std::string CodeText(int code, const HostCodeSet& set) {
+  if (&set != &kViewportLayouts) return std::to_string(code);
+  const char* const hex = "0123456789abcdef";
+  return std::to_string(code) + " (0x" + hex[(code >> 4) & 0xF] + hex[code & 0xF] + ")";
+}
+
 }  // namespace
 
 std::string KeysMarkdown() {
@@ -98,6 +107,11 @@ std::string KeysMarkdown() {
   }
   out += "\n";
   for (const std::string& note : Notes()) out += "- " + note + "\n";
+  for (const HostCodeSet* set : kCodeSets) {
+    out += "\nThe host's " + std::string(set->title) + ":\n\n| Code | Meaning |\n|---|---|\n";
+    for (std::size_t i = 0; i < set->count; ++i)
+      out += "| " + CodeText(set->codes[i].code, *set) + " | " + set->codes[i].name + " |\n";
+  }
   return out;
 }
 
@@ -110,6 +124,11 @@ std::string KeysText() {
   }
   out += "\n";
   for (const std::string& note : Notes()) out += "* " + note + "\n";
+  for (const HostCodeSet* set : kCodeSets) {
+    out += "\nThe host's " + std::string(set->title) + ":\n";
+    for (std::size_t i = 0; i < set->count; ++i)
+      out += "  " + CodeText(set->codes[i].code, *set) + "  " + set->codes[i].name + "\n";
+  }
   return out;
 }
 
