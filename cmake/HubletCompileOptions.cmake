@@ -1,8 +1,13 @@
-# Warnings are errors in every build, so that a slip shows on Linux before it reaches the
-# Windows compiler.
+# Warnings are errors in every build we run here, so that a slip shows on Linux before it
+# reaches the Windows compiler. On the user's Visual Studio they are shown, never fatal: a
+# newer compiler's new warning must not stop a studio's build.
 function(hublet_strict target)
   if(MSVC)
-    target_compile_options(${target} PRIVATE /W4 /WX /permissive-)
+    target_compile_options(${target} PRIVATE /W4)
+    # Visual Studio 2015 (1900) does not know /permissive- (D9002).
+    if(MSVC_VERSION GREATER_EQUAL 1910)
+      target_compile_options(${target} PRIVATE /permissive-)
+    endif()
   else()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
       -Wno-sign-conversion -Werror)

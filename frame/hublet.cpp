@@ -11,10 +11,11 @@
 namespace hublet {
 
 Hublet::Hublet(Host& host, System& system) : state(host, system) {
+  // CoInitialize is tolerated here, under the loader lock: the host initialises COM on its
+  // main thread before it loads plug-ins, so this call only counts one more use and
+  // starts nothing. The sockets library is started in Start instead, since Microsoft
+  // forbids WSAStartup while the loader lock is held.
   state.system.InitializeCom();
-  // The host name read when a scene is saved needs the sockets library; the destructor
-  // releases this one use.
-  state.system.StartSockets();
   state.sceneBusy = 1;
   state.host.RegisterDisplayCallback(true, *this);
   for (std::size_t i = 0; i < kHookCount; ++i)
@@ -23,12 +24,16 @@ Hublet::Hublet(Host& host, System& system) : state(host, system) {
 
 Hublet::~Hublet() {
   state.sceneBusy = 0;
-  state.system.ReleaseSockets();
+  if (socketsStarted_) state.system.ReleaseSockets();
   for (std::size_t i = 0; i < kHookCount; ++i)
     state.host.UnregisterNotification(kHooks[i].group, kHooks[i].code, *this);
 }
 
 std::uint32_t Hublet::Start() {
+  // The host name read when a scene is saved needs the sockets library; the destructor
+  // releases this one use.
+  if (!socketsStarted_) state.system.StartSockets();
+  socketsStarted_ = true;
   state.sceneTime = state.host.CurrentTime();
   const std::unique_ptr<ProfileReader> reader = state.system.OpenProfile(PreferenceFilePath(state.host));
   LoadSettings(*reader, state.settings);

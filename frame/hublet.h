@@ -12,16 +12,17 @@ namespace hublet {
 
 class Hublet final : public NotificationHandler, public DisplayHandler {
  public:
-  // Initialises COM and the sockets library, marks the scene idle and registers the
-  // display callback and every scene-event hook with the host.
+  // Initialises COM, marks the scene idle and registers the display callback and every
+  // scene-event hook with the host.
   Hublet(Host& host, System& system);
-  // Marks the scene busy, releases the sockets library and unregisters the hooks. The
-  // display callback stays registered until the host exits.
+  // Marks the scene busy, releases the sockets library if Start started it and
+  // unregisters the hooks. The display callback stays registered until the host exits.
   ~Hublet();
   Hublet(const Hublet&) = delete;
   Hublet& operator=(const Hublet&) = delete;
 
-  // Captures the host's current time and loads the settings; 0 keeps the plug-in loaded.
+  // Starts the sockets library (once), captures the host's current time and loads the
+  // settings; 0 keeps the plug-in loaded.
   std::uint32_t Start();
   void Stop() {}
 
@@ -32,6 +33,9 @@ class Hublet final : public NotificationHandler, public DisplayHandler {
   int CallInterface(int functionId, const InterfaceArguments& arguments);
 
   PluginState state;
+
+ private:
+  bool socketsStarted_ = false;
 };
 
 }  // namespace hublet

@@ -31,7 +31,40 @@ struct InterfaceDeclaration {
   std::size_t functionCount;
 };
 
-extern const InterfaceDeclaration kPreferenceInterface;
+constexpr InterfaceFunction Setter(int id, int HubletSettings::*field, const char* fieldName) {
+  return {id, L"", ParamKind::Void, L"", ParamKind::Int, field, fieldName};
+}
+
+// Literal data in the header: every file that reads it (the binding builds the host's
+// descriptor from it during static initialisation) gets it constant-initialised, never
+// depending on the order in which another file's statics are initialised.
+constexpr InterfaceFunction kPreferenceFunctions[] = {
+    Setter(10, &HubletSettings::forcePersp, "forcePersp"),
+    Setter(11, &HubletSettings::forceOrtho, "forceOrtho"),
+    Setter(12, &HubletSettings::emptyMtlOnOpen, "emptyMtlOnOpen"),
+    Setter(13, &HubletSettings::emptyMtlOnSave, "emptyMtlOnSave"),
+    Setter(14, &HubletSettings::shadedOnOpen, "shadedOnOpen"),
+    Setter(15, &HubletSettings::objColourOnOpen, "objColourOnOpen"),
+    Setter(16, &HubletSettings::boxOnSave, "boxOnSave"),
+    Setter(17, &HubletSettings::objColourOnSave, "objColourOnSave"),
+    Setter(18, &HubletSettings::useViewLayout, "useViewLayout"),
+    Setter(19, &HubletSettings::useDisplayModes, "useDisplayModes"),
+    Setter(20, &HubletSettings::spareViewFlag, "spareViewFlag"),
+    Setter(21, &HubletSettings::useGamma, "useGamma"),
+    Setter(22, &HubletSettings::useFrameRate, "useFrameRate"),
+};
+
+static_assert(sizeof(kPreferenceFunctions) / sizeof(kPreferenceFunctions[0]) == kPreferenceFunctionCount,
+              "the host's descriptor lists every function");
+
+constexpr InterfaceDeclaration kPreferenceInterface = {
+    host::kPreferenceInterfaceId, host::kPreferenceInterfaceName, host::kPreferenceInterfaceDescription,
+    kPreferenceFunctions, kPreferenceFunctionCount};
+
+// Fails to compile if the declaration stops being a constant expression.
+static_assert(kPreferenceInterface.functions[kPreferenceFunctionCount - 1].id == 22 &&
+                  kPreferenceInterface.functions[0].field == &HubletSettings::forcePersp,
+              "the interface declaration is constant-initialised");
 
 // The function with this ID, or null.
 const InterfaceFunction* FindInterfaceFunction(int id);

@@ -34,18 +34,18 @@ class Win32System final : public System {
     char narrow[kHostNameCapacity] = {};
     if (::gethostname(narrow, kHostNameCapacity) != 0) return std::wstring();
     narrow[kHostNameCapacity - 1] = '\0';
+    // The CRT's checked conversions: Visual Studio deprecates the unchecked ones.
     wchar_t wide[kHostNameCapacity] = {};
-    if (std::mbstowcs(wide, narrow, kHostNameCapacity) == static_cast<std::size_t>(-1)) {
-      return std::wstring();
-    }
+    std::size_t converted = 0;
+    if (::mbstowcs_s(&converted, wide, kHostNameCapacity, narrow, _TRUNCATE) != 0) return std::wstring();
     return std::wstring(wide, ::wcsnlen(wide, kHostNameCapacity));
   }
 
   LocalDate Today() override {
     const std::time_t now = std::time(nullptr);
-    const std::tm* local = std::localtime(&now);
-    if (local == nullptr) return LocalDate{1, 1, 1970};
-    return LocalDate{local->tm_mday, local->tm_mon + 1, local->tm_year + 1900};
+    std::tm local = {};
+    if (::localtime_s(&local, &now) != 0) return LocalDate{1, 1, 1970};
+    return LocalDate{local.tm_mday, local.tm_mon + 1, local.tm_year + 1900};
   }
 
   std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path) override {
