@@ -54,6 +54,7 @@ class NullHost final : public Host {
   void RegisterNotification(HookGroup, int, NotificationHandler&) override {}
   void UnregisterNotification(HookGroup, int, NotificationHandler&) override {}
   void RegisterDisplayCallback(bool, DisplayHandler&) override {}
+  void DetachDisplayHandler(DisplayHandler&) override {}
   TimeValue CurrentTime() override { return 0; }
   std::wstring Directory(int) override { return L"plugcfg"; }
   bool ExecuteScript(const std::wstring&, bool) override { return true; }

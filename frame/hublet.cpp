@@ -25,6 +25,7 @@ Hublet::Hublet(Host& host, System& system) : state(host, system) {
 Hublet::~Hublet() {
   state.sceneBusy = 0;
   if (socketsStarted_) state.system.ReleaseSockets();
+  state.host.DetachDisplayHandler(*this);
   for (std::size_t i = 0; i < kHookCount; ++i)
     state.host.UnregisterNotification(kHooks[i].group, kHooks[i].code, *this);
 }

@@ -16,7 +16,8 @@ class Hublet final : public NotificationHandler, public DisplayHandler {
   // scene-event hook with the host.
   Hublet(Host& host, System& system);
   // Marks the scene busy, releases the sockets library if Start started it and
-  // unregisters the hooks. The display callback stays registered until the host exits.
+  // unregisters the hooks. The display callback stays registered until the host exits,
+  // detached from this object, so a redraw after this does nothing.
   ~Hublet();
   Hublet(const Hublet&) = delete;
   Hublet& operator=(const Hublet&) = delete;

@@ -23,7 +23,6 @@ class SimSession {
   void Start();
   void Unload() {
     hublet.reset();
-    host.ForgetDisplayCallback();
   }
   // Load and Start, as the host does at its start.
   void LoadAndStart() {

@@ -86,6 +86,10 @@ class Host {
   virtual void RegisterNotification(HookGroup group, int code, NotificationHandler& handler) = 0;
   virtual void UnregisterNotification(HookGroup group, int code, NotificationHandler& handler) = 0;
   virtual void RegisterDisplayCallback(bool preScene, DisplayHandler& handler) = 0;
+  // The display callback is never unregistered, so the host may call it after the handler
+  // is gone; when handler is still the one it calls, from now on it does nothing. The host
+  // itself is not asked anything.
+  virtual void DetachDisplayHandler(DisplayHandler& handler) = 0;
 
   // Time, directories and scripts.
   virtual TimeValue CurrentTime() = 0;

@@ -10,17 +10,17 @@
 #include "frame/max/plugin.h"
 #include "host/host_constants.h"
 
+// The linker's symbol for the start of this module's image: its handle, known from the
+// first instruction on, even during static initialisation, before DllMain runs.
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
 namespace hublet {
 namespace max_binding {
-namespace {
-HINSTANCE moduleHandle = nullptr;
-}  // namespace
 
-HINSTANCE ModuleHandle() { return moduleHandle; }
+HINSTANCE ModuleHandle() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
 
 const MCHAR* LoadModuleString(int id, MCHAR* buffer, int capacity) {
-  if (moduleHandle == nullptr) return nullptr;
-  return LoadStringW(moduleHandle, static_cast<UINT>(id), buffer, capacity) > 0 ? buffer : nullptr;
+  return LoadStringW(ModuleHandle(), static_cast<UINT>(id), buffer, capacity) > 0 ? buffer : nullptr;
 }
 
 }  // namespace max_binding
@@ -35,10 +35,7 @@ static_assert(VERSION_3DSMAX == hublet::host::kLibVersion, "the SDK's version co
 extern "C" {
 
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
-  if (reason == DLL_PROCESS_ATTACH) {
-    hublet::max_binding::moduleHandle = module;
-    DisableThreadLibraryCalls(module);
-  }
+  if (reason == DLL_PROCESS_ATTACH) DisableThreadLibraryCalls(module);
   return TRUE;
 }
 

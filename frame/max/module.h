@@ -5,11 +5,11 @@
 namespace hublet {
 namespace max_binding {
 
-// Null until the loader has called DllMain, which happens after static initialisation.
+// This module's handle, from its image base: valid from static initialisation on.
 HINSTANCE ModuleHandle();
 
-// Loads string-table entry id into buffer (of capacity characters). Null when the module
-// handle is not known yet or the table has no such entry.
+// Loads string-table entry id into buffer (of capacity characters). Null when the table
+// has no such entry.
 const MCHAR* LoadModuleString(int id, MCHAR* buffer, int capacity);
 
 }  // namespace max_binding

@@ -94,7 +94,7 @@ const MCHAR* HubletClassDesc::Category() {
 HINSTANCE HubletClassDesc::HInstance() { return binding::ModuleHandle(); }
 
 ActionTable* HubletClassDesc::GetActionTable(int /*i*/) {
-  if (actionTable_ == nullptr) actionTable_ = MakeToolbarActionTable();
+  if (actionTable_ == nullptr) actionTable_ = MakeToolbarActionTable(theHublet.toolbarAction());
   return actionTable_;
 }
 

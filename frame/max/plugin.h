@@ -27,6 +27,7 @@ class Hublet final : public GUP {
   void DeleteThis() override {}
 
   hublet::Hublet& core() { return core_; }
+  ToolbarActionCallback& toolbarAction() { return toolbarAction_; }
 
  private:
   hublet::max_binding::MaxHost host_;

@@ -23,12 +23,17 @@ MSTR CategoryName() {
 // only), so it answers them itself; running it is left to the table's callback.
 class ReinstallToolbarItem final : public ActionItem {
  public:
+  explicit ReinstallToolbarItem(ActionCallback& fallback) : fallback_(fallback) {}
+
   int GetId() override { return hublet::host::kReinstallToolbarCommand; }
 
+  // The table's callback once Start has activated it; if the host had not registered the
+  // table by then, activation failed silently, and the plug-in's own callback runs the
+  // command all the same.
   BOOL ExecuteAction() override {
     ActionTable* table = GetTable();
     ActionCallback* callback = table != nullptr ? table->GetCallback() : nullptr;
-    return callback != nullptr ? callback->ExecuteAction(GetId()) : FALSE;
+    return (callback != nullptr ? *callback : fallback_).ExecuteAction(GetId());
   }
 
   void GetButtonText(MSTR& text) override { text = hublet::host::kReinstallToolbarText; }
@@ -45,6 +50,9 @@ class ReinstallToolbarItem final : public ActionItem {
   MaxIcon* GetIcon() { return nullptr; }
 
   void DeleteThis() override { delete this; }
+
+ private:
+  ActionCallback& fallback_;
 };
 
 }  // namespace
@@ -63,10 +71,10 @@ void ToolbarActionCallback::Deactivate() {
   GetCOREInterface()->GetActionManager()->DeactivateActionTable(this, hublet::host::kActionTableId);
 }
 
-ActionTable* MakeToolbarActionTable() {
+ActionTable* MakeToolbarActionTable(ActionCallback& fallback) {
   MSTR name = CategoryName();
   ActionTable* table = new ActionTable(hublet::host::kActionTableId, hublet::host::kActionContextId, name);
-  ActionItem* item = new ReinstallToolbarItem();
+  ActionItem* item = new ReinstallToolbarItem(fallback);
   item->SetTable(table);  // the item finds the callback through its table
   table->AppendOperation(item);
   GetCOREInterface()->GetActionManager()->RegisterActionContext(hublet::host::kActionContextId, name.data());

@@ -22,5 +22,6 @@ class ToolbarActionCallback final : public ActionCallback {
 };
 
 // The table holding the one action, with its context registered. Whoever calls this owns the
-// table; the class descriptor hands it to the host, which deletes it at shutdown.
-ActionTable* MakeToolbarActionTable();
+// table; the class descriptor hands it to the host, which deletes it at shutdown. The action
+// runs fallback when the table has no callback (the host was not ready when Start ran).
+ActionTable* MakeToolbarActionTable(ActionCallback& fallback);

@@ -9,6 +9,10 @@
 class HubletDisplayCallback final : public ViewportDisplayCallback {
  public:
   void SetHandler(hublet::DisplayHandler& handler) { handler_ = &handler; }
+  // The callback outlives the plug-in object: without a handler a redraw does nothing.
+  void ClearHandler(hublet::DisplayHandler& handler) {
+    if (handler_ == &handler) handler_ = nullptr;
+  }
 
   void Display(TimeValue t, ViewExp* vpt, int flags) override;
   void GetViewportRect(TimeValue t, ViewExp* vpt, Rect* rect) override;

@@ -55,6 +55,8 @@ void MaxHost::UnregisterNotification(HookGroup group, int code, NotificationHand
   ::UnRegisterNotification(ProcFor(group), ParamFor(handler), code);
 }
 
+void MaxHost::DetachDisplayHandler(DisplayHandler& handler) { displayCallback_.ClearHandler(handler); }
+
 void MaxHost::RegisterDisplayCallback(bool preScene, DisplayHandler& handler) {
   displayCallback_.SetHandler(handler);
   GetCOREInterface()->RegisterViewportDisplayCallback(preScene ? TRUE : FALSE, &displayCallback_);

@@ -17,6 +17,7 @@ class MaxHost final : public Host {
   void RegisterNotification(HookGroup group, int code, NotificationHandler& handler) override;
   void UnregisterNotification(HookGroup group, int code, NotificationHandler& handler) override;
   void RegisterDisplayCallback(bool preScene, DisplayHandler& handler) override;
+  void DetachDisplayHandler(DisplayHandler& handler) override;
 
   TimeValue CurrentTime() override;
   std::wstring Directory(int id) override;

@@ -68,6 +68,9 @@ class SimHost final : public Host {
   void RegisterNotification(HookGroup group, int code, NotificationHandler& handler) override;
   void UnregisterNotification(HookGroup group, int code, NotificationHandler& handler) override;
   void RegisterDisplayCallback(bool preScene, DisplayHandler& handler) override;
+  void DetachDisplayHandler(DisplayHandler& handler) override {
+    if (displayHandler_ == &handler) displayHandler_ = nullptr;
+  }
   TimeValue CurrentTime() override;
   std::wstring Directory(int id) override;
   bool ExecuteScript(const std::wstring& code, bool quietErrors) override;
@@ -102,9 +105,6 @@ class SimHost final : public Host {
   // Redraws one viewport (or, with -1, calls the display callback without a view).
   void Redraw(int viewport);
   bool HasRegistration(HookGroup group, int code) const;
-  // The display callback is never unregistered; once its plug-in is gone, so is the host
-  // in real life. A simulated host that outlives the plug-in forgets it instead.
-  void ForgetDisplayCallback() { displayHandler_ = nullptr; }
   std::size_t RegistrationCount() const { return registrations_.size(); }
 
   // The scene, for setting up and for checks.

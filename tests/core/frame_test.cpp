@@ -31,6 +31,13 @@ TEST(PluginLife, LoadRegistersEverythingAndUnloadUnregistersTheHooksOnly) {
   EXPECT_EQ(session.transcript.lines().size(), kHookCount);
   EXPECT_EQ(session.host.RegistrationCount(), 0u);
   EXPECT_EQ(session.system.socketUses, 0);
+
+  // The callback stays with the host, but a redraw after the unload reaches nothing (a
+  // call into the destroyed object would be caught by the sanitizers).
+  session.transcript.Clear();
+  session.host.Redraw(3);
+  session.host.Redraw(-1);
+  EXPECT_TRUE(session.transcript.lines().empty());
 }
 
 TEST(PluginLife, StartCapturesTheTimeOnceAndLoadsTheSettings) {
