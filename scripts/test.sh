@@ -10,7 +10,7 @@ shopt -s inherit_errexit 2>/dev/null || true
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh cmake ninja-build g++ clang-14 libclang-rt-14-dev googletest \
-  libbenchmark-dev libinih-dev g++-mingw-w64-x86-64 wine wine64
+  libbenchmark-dev libinih-dev g++-mingw-w64-x86-64 wine wine64 python3
 
 jobs=$(nproc)
 step() { printf '\n=== %s\n' "$*"; }
