@@ -35,6 +35,11 @@ TEST_F(SaveStampTest, ANeverStampedSceneGetsTheSaverTwiceAndTheDateInNineCalls) 
   EXPECT_EQ(plugin().state.saveDay, 3);
   EXPECT_EQ(plugin().state.saveMonth, 7);
   EXPECT_EQ(plugin().state.saveYear, 2020);
+  // The existing values are read author, subject, title: the order the found flag follows.
+  const std::vector<std::string> lookups = LinesStartingWith(lines, "FindProperty");
+  ASSERT_GE(lookups.size(), 3u);
+  EXPECT_THAT(std::vector<std::string>(lookups.begin(), lookups.begin() + 3),
+              ElementsAre("FindProperty(1, 4) -> none", "FindProperty(1, 3) -> none", "FindProperty(1, 2) -> none"));
 }
 
 TEST_F(SaveStampTest, TheSameSaverAgainWritesNothingAndKeepsTheFirstDate) {
@@ -53,6 +58,22 @@ TEST_F(SaveStampTest, ASecondSaverMovesTheFirstIntoAuthor) {
   EXPECT_THAT(Writes(Save()), ElementsAre("AddStringProperty(1, 3, \"ben on WS12\")",
                                           "AddStringProperty(1, 4, \"anna on RENDER07\")",
                                           "AddStringProperty(1, 2, \"31-12-2021\")"));
+}
+
+TEST_F(SaveStampTest, TheSaverIsComparedExactlyWithCase) {
+  host().SetProperty(kSet, kSubject, L"ANNA on RENDER07");
+  host().SetProperty(kSet, kTitle, L"1-1-2019");
+  Save();
+  EXPECT_EQ(Text(kSubject), L"anna on RENDER07");
+  EXPECT_EQ(Text(kAuthor), L"ANNA on RENDER07");
+  EXPECT_EQ(Text(kTitle), L"3-7-2020");
+}
+
+TEST_F(SaveStampTest, ATitleWithoutValueAloneCountsAsNeverStamped) {
+  host().SetPropertyWithoutValue(kSet, kTitle);
+  Save();
+  EXPECT_EQ(Text(kAuthor), L"anna on RENDER07");
+  EXPECT_EQ(Text(kTitle), L"3-7-2020");
 }
 
 TEST_F(SaveStampTest, AnAuthorSetByHandAloneIsOverwrittenInFull) {

@@ -11,13 +11,15 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-const std::string kSwitchesOn = "[MYVIEW]\nUSE_VPL=1\nUSE_DR=1\nUSE_GAMMA=1\nUSE_FPS=1\n";
+// The stage switches act on any non-zero value, so none of them is 1 here.
+const std::string kSwitchesOn = "[MYVIEW]\nUSE_VPL=2\nUSE_DR=-1\nUSE_GAMMA=7\nUSE_FPS=-1\n";
 const std::string kFullFile = kSwitchesOn +
                               "VPLAYOUT=116\nVPEXPERT=1\nVPCMDPANEL=0\nNUMVP=2\n"
                               "VP0TYPE=2\nVP0STYLE=3\nVP0EDGES=1\nVP1TYPE=7\nVP1STYLE=1\nVP1EDGES=0\n"
                               "GAMMA=1.8\nGAMMAIN=2.0\nGAMMAOUT=2.4\nVRAYGAMMA=2.6\nFPS=25\n";
 const char kHome[] = "[0.707107 0.353553 -0.612372 | -0.707107 0.353553 -0.612372 | 0 0.866025 0.5 | 0 0 -250]";
-const ClassId kVRay = host::rendererGammaTargets[0];
+const ClassId kVRay{0x73BAB286u, 0x77F8FD0Cu};
+const ClassId kVRayRt{0x698A4B98u, 0x4EDD05F5u};
 
 class ViewPreferencesTest : public PluginTest {
  protected:
@@ -55,8 +57,8 @@ TEST_F(ViewPreferencesTest, EachStageFollowsOnlyItsOwnSwitch) {
   } stages[] = {{"USE_VPL", "SetViewportLayout"}, {"USE_GAMMA", "SetDisplayGamma"}, {"USE_FPS", "SetFrameRate"}};
   for (const auto& stage : stages) {
     std::string ini = kFullFile;
-    ini.replace(ini.find(std::string(stage.off) + "=1"), std::string(stage.off).size() + 2,
-                std::string(stage.off) + "=0");
+    const std::size_t value = ini.find(std::string(stage.off) + "=") + std::string(stage.off).size() + 1;
+    ini.replace(value, ini.find('\n', value) - value, "0");
     StartWith(ini);
     const std::vector<std::string> lines = Pass();
     EXPECT_THAT(LinesStartingWith(lines, stage.absent), IsEmpty()) << stage.off;
@@ -113,7 +115,7 @@ TEST_F(ViewPreferencesTest, AViewWithoutShadingExtensionStillGetsEdgesAndTheHome
 }
 
 TEST_F(ViewPreferencesTest, RendererGammaGoesToBothTargetsOnlyAtTheirParameter) {
-  for (const ClassId renderer : host::rendererGammaTargets) {
+  for (const ClassId renderer : {kVRay, kVRayRt}) {
     host().SetRenderer(renderer);
     StartWith("[MYVIEW]\nUSE_GAMMA=1\nVRAYGAMMA=1.5\n");
     EXPECT_EQ(LinesStartingWith(Pass(), "SetRendererFloat(9, 265, 0, 1.5, 0)").size(), 1u);
