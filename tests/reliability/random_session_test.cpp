@@ -23,13 +23,10 @@
 #include <string>
 #include <vector>
 
-#include "frame/hook_table.h"
 #include "frame/hublet.h"
-#include "frame/interface_table.h"
 #include "host/sim/sim_arguments.h"
 #include "harness/sim_session.h"
 #include "platform/wide_text.h"
-#include "settings/preference_keys.h"
 #include "tests/support/scratch_file.h"
 #include "toolbar/toolbar.h"
 
@@ -61,41 +58,76 @@ class Random {
   std::mt19937 engine_;
 };
 
-// A file with a random value (or none) for every key of the table, in the shapes a
-// hand-edited file has; `switches` holds what start-up must read from it.
+// What the host must see, written here once and independently of the plug-in's tables, so
+// that a wrong entry there fails here.
+struct SwitchKey {
+  const char* section;
+  const char* name;
+  int HubletSettings::*field;
+  int defaultValue;
+  int interfaceId;  // the preference-interface function that sets it
+};
+using S = HubletSettings;
+const SwitchKey kSwitchKeys[] = {
+    {"FLINT", "FORCEPERSP", &S::forcePersp, 0, 10},       {"FLINT", "FORCEORTHO", &S::forceOrtho, 0, 11},
+    {"FLINT", "EMPTYMTLO", &S::emptyMtlOnOpen, 0, 12},    {"FLINT", "EMPTYMTLS", &S::emptyMtlOnSave, 0, 13},
+    {"FLINT", "SHADEDOPEN", &S::shadedOnOpen, 1, 14},     {"FLINT", "OBJCOLOPEN", &S::objColourOnOpen, 1, 15},
+    {"FLINT", "BOXSAVE", &S::boxOnSave, 1, 16},           {"FLINT", "OBJCOLSAVE", &S::objColourOnSave, 1, 17},
+    {"MYVIEW", "USE_VPL", &S::useViewLayout, 0, 18},      {"MYVIEW", "USE_DR", &S::useDisplayModes, 0, 19},
+    {nullptr, nullptr, &S::spareViewFlag, 0, 20},         {"MYVIEW", "USE_GAMMA", &S::useGamma, 0, 21},
+    {"MYVIEW", "USE_FPS", &S::useFrameRate, 0, 22},
+};
+const char* const kValueKeys[] = {"VPLAYOUT", "VPEXPERT", "VPCMDPANEL", "NUMVP",    "VP0TYPE",  "VP1TYPE",
+                                  "VP2TYPE",  "VP3TYPE",  "VP0STYLE",   "VP1STYLE", "VP2STYLE", "VP3STYLE",
+                                  "VP0EDGES", "VP1EDGES", "VP2EDGES",   "VP3EDGES", "FPS"};
+const char* const kGammaKeys[] = {"GAMMA", "GAMMAIN", "GAMMAOUT", "VRAYGAMMA"};
+const int kPreEvents[] = {5, 7, 9, 11, 13, 20, 24, 27};   // each clears sceneBusy
+const int kPostEvents[] = {6, 8, 10, 12, 14, 21, 25, 28};  // each sets it
+const int kStartup = 80;                                    // a post-event that leaves it
+const std::size_t kHookedCodes = 17;  // the pre- and post-events and start-up
+const int kViewCommands[] = {120, 130, 138, 107, 113, 119, 118, 127, 109, 114};
+
+template <std::size_t N>
+bool Contains(const int (&codes)[N], int code) {
+  return std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
+}
+
+const SwitchKey* SwitchOfFunction(int id) {
+  for (const SwitchKey& key : kSwitchKeys)
+    if (key.interfaceId == id) return &key;
+  return nullptr;
+}
+
+// A file with a random value (or none) for every key, in the shapes a hand-edited file
+// has; `switches` holds what start-up must read from it.
 struct PreferenceFile {
   std::string bytes;
   HubletSettings switches{};
 };
+
+std::string Line(Random& random, std::string name, const std::string& value) {
+  if (random.Chance(15))
+    for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return (random.Chance(20) ? "  " : "") + name + (random.Chance(20) ? " = " : "=") + value +
+         (random.Chance(30) ? "\r\n" : "\n");
+}
 
 PreferenceFile MakePreferenceFile(Random& random) {
   static const int kOddSwitches[] = {2, -1, 7, 100, INT_MIN, INT_MAX};
   static const char* const kGammaTexts[] = {"2.2", "1.8", "1.0", "abc", "", "2.4x", "-3"};
   PreferenceFile file;
   std::map<std::string, std::string> sections;
-  for (std::size_t k = 0; k < kPreferenceKeyCount; ++k) {
-    const PreferenceKey& key = kPreferenceKeys[k];
-    const bool isSwitch = key.test != SwitchTest::NotASwitch;
-    if (isSwitch) file.switches.*key.intField = key.defaultInt;
-    for (int v = 0; v < (key.kind == KeyKind::PerView ? kStoredViewCount : 1); ++v) {
-      if (random.Chance(12)) continue;  // missing
-      std::string value;
-      if (key.kind == KeyKind::GammaText) {
-        value = random.Pick(kGammaTexts);
-      } else if (isSwitch) {
-        file.switches.*key.intField = random.Chance(85) ? random.Between(0, 1) : random.Pick(kOddSwitches);
-        value = std::to_string(file.switches.*key.intField);
-      } else {
-        value = std::to_string(random.Chance(85) ? random.Between(-2, 12) : random.AnyInt());
-      }
-      std::string name = WideToUtf8(KeyName(key, v));
-      if (random.Chance(15))
-        for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-      sections[WideToUtf8(key.section)] += (random.Chance(20) ? "  " : "") + name +
-                                           (random.Chance(20) ? " = " : "=") + value +
-                                           (random.Chance(30) ? "\r\n" : "\n");
-    }
+  for (const SwitchKey& key : kSwitchKeys) {
+    file.switches.*key.field = key.defaultValue;
+    if (key.name == nullptr || random.Chance(12)) continue;  // set only through the interface, or missing
+    file.switches.*key.field = random.Chance(85) ? random.Between(0, 1) : random.Pick(kOddSwitches);
+    sections[key.section] += Line(random, key.name, std::to_string(file.switches.*key.field));
   }
+  for (const char* name : kValueKeys)
+    if (!random.Chance(12))
+      sections["MYVIEW"] += Line(random, name, std::to_string(random.Chance(85) ? random.Between(-2, 12) : random.AnyInt()));
+  for (const char* name : kGammaKeys)
+    if (!random.Chance(12)) sections["MYVIEW"] += Line(random, name, random.Pick(kGammaTexts));
   const std::string flint = "[FLINT]\n" + sections["FLINT"], myView = "[MYVIEW]\n" + sections["MYVIEW"];
   std::string text = random.Chance(20) ? "; by hand\n[OTHER]\nFORCEPERSP=9\n" : "";
   text += random.Chance(50) ? flint + myView : myView + flint;
@@ -186,7 +218,7 @@ class RandomSession {
     session_.LoadAndStart();
     busy_ = 1;
     switches_ = file_.switches;
-    Require(host().RegistrationCount() == kHookCount, "a restart left the wrong number of hook registrations");
+    Require(host().RegistrationCount() == kHookedCodes, "a restart left the wrong number of hook registrations");
     Require(session_.system.socketUses == 1, "the sockets library is not held exactly once");
   }
 
@@ -212,8 +244,11 @@ class RandomSession {
   }
 
   void Notify() {
-    const int code = random_.Chance(80) ? kHooks[random_.Between(0, static_cast<int>(kHookCount) - 1)].code
-                                        : random_.AnyInt();
+    const int known = random_.Between(0, 16);
+    const int code = !random_.Chance(80) ? random_.AnyInt()
+                     : known < 8         ? kPreEvents[known]
+                     : known < 16        ? kPostEvents[known - 8]
+                                         : kStartup;
     // Mostly raised by the host; sometimes sent straight to the plug-in in either group.
     const bool direct = random_.Chance(10);
     const HookGroup group = random_.Chance(50) ? HookGroup::PreEvent : HookGroup::PostEvent;
@@ -222,12 +257,13 @@ class RandomSession {
     if (direct) plugin().OnNotification(group, code);
     else host().Raise(code);
     for (HookGroup g : {HookGroup::PreEvent, HookGroup::PostEvent}) {
-      if ((direct && g != group) || FindHook(g, code) == nullptr) continue;
       const bool post = g == HookGroup::PostEvent;
+      const bool hooked = post ? Contains(kPostEvents, code) || code == kStartup : Contains(kPreEvents, code);
+      if ((direct && g != group) || !hooked) continue;
       // A pre-event clears the flag and a post-event sets it; start-up is no scene operation.
-      if (code != host::kNotifySystemStartup) busy_ = post ? 1 : 0;
-      saving_ = saving_ || (!post && code == host::kNotifyFilePreSave);
-      if (post && code == host::kNotifyFilePostOpen) scripts_ = switches_.emptyMtlOnOpen == 1 ? 1 : 0;
+      if (code != kStartup) busy_ = post ? 1 : 0;
+      saving_ = saving_ || (!post && code == 13);
+      if (post && code == 10) scripts_ = switches_.emptyMtlOnOpen == 1 ? 1 : 0;
     }
   }
 
@@ -267,7 +303,7 @@ class RandomSession {
     }
     Require(threw == (known && arguments.empty()), "only a known function without its argument throws");
     Require(threw || status == (known ? 1 : -1), "status " + std::to_string(status));
-    if (known && !arguments.empty()) switches_.*FindInterfaceFunction(id)->field = arguments[0] != 0 ? 1 : 0;
+    if (known && !arguments.empty()) switches_.*SwitchOfFunction(id)->field = arguments[0] != 0 ? 1 : 0;
   }
 
   void RunToolbar() {
@@ -283,16 +319,14 @@ class RandomSession {
   void Check() {
     Require(plugin().state.sceneBusy == busy_, "sceneBusy is " + std::to_string(plugin().state.sceneBusy));
     Require(plugin().state.sceneTime == sceneTime_, "sceneTime changed after start");
-    for (std::size_t i = 0; i < kPreferenceInterface.functionCount; ++i) {
-      const InterfaceFunction& f = kPreferenceInterface.functions[i];
-      Require(plugin().state.settings.*f.field == switches_.*f.field,
-              "switch " + std::to_string(f.id) + " is " + std::to_string(plugin().state.settings.*f.field));
-    }
+    for (const SwitchKey& key : kSwitchKeys)
+      Require(plugin().state.settings.*key.field == switches_.*key.field,
+              "switch " + std::to_string(key.interfaceId) + " is " + std::to_string(plugin().state.settings.*key.field));
     for (const std::string& line : session_.transcript.lines()) {
       const char* s = line.c_str();
       int a = 0, b = 0;
       if (std::sscanf(s, "ExecuteCommand(%d)", &a) == 1)
-        Require(std::count(std::begin(host::viewTypeCommand), std::end(host::viewTypeCommand), a) == 1,
+        Require(Contains(kViewCommands, a),
                 "not a view command: " + line);
       if (std::sscanf(s, "SetActiveViewport(%d)", &a) == 1 || std::sscanf(s, "view[%d]", &a) == 1)
         Require(a >= 0 && a < SimHost::kViewportCount, "a viewport outside 0..3: " + line);
