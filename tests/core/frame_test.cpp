@@ -60,7 +60,9 @@ TEST(PluginLife, StartCapturesTheTimeOnceAndLoadsTheSettings) {
   // Started once, released once: the process's use of the sockets library is balanced.
   session.Unload();
   EXPECT_EQ(session.system.socketUses, 0);
-  EXPECT_EQ(session.transcript.lines()[session.transcript.lines().size() - kHookCount - 1], "ReleaseSockets()");
+  const std::vector<std::string>& unloaded = session.transcript.lines();
+  ASSERT_GT(unloaded.size(), kHookCount);
+  EXPECT_EQ(unloaded[unloaded.size() - kHookCount - 1], "ReleaseSockets()");
 }
 
 class HookTest : public PluginTest {};
@@ -80,7 +82,7 @@ TEST_F(HookTest, StartUpRunsThePassLeavingBusyNewAndResetSetItFirst) {
   StartWith("[MYVIEW]\nUSE_FPS=1\nFPS=25\n");
   for (int code : {host::kNotifySystemStartup, host::kNotifySystemPostNew, host::kNotifySystemPostReset}) {
     session.host.Raise(host::kNotifySystemPreNew);
-    EXPECT_EQ(Raise(code).back(), "SetFrameRate(25)") << code;
+    EXPECT_EQ(LastLine(Raise(code)), "SetFrameRate(25)") << code;
     EXPECT_EQ(plugin().state.sceneBusy, code == host::kNotifySystemStartup ? 0 : 1) << code;
   }
 }
@@ -104,7 +106,7 @@ TEST_F(HookTest, PreSaveClearsBusyThenStamps) {
   StartWith("");
   const std::vector<std::string> lines = Raise(host::kNotifyFilePreSave);
   EXPECT_EQ(plugin().state.sceneBusy, 0);
-  EXPECT_EQ(lines.front(), "Today() -> 3-7-2020");
+  EXPECT_EQ(FirstLine(lines), "Today() -> 3-7-2020");
   EXPECT_EQ(host().Property(1, 3).value, L"anna on RENDER07");
 }
 

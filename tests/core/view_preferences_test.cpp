@@ -136,7 +136,7 @@ TEST_F(ViewPreferencesTest, UnparsableGammaAppliesZeroAndMissingGammaAppliesTheD
 
 TEST_F(ViewPreferencesTest, AMissingFrameRatePassesZeroOn) {
   StartWith("[MYVIEW]\nUSE_FPS=1\n");
-  EXPECT_EQ(Pass().back(), "SetFrameRate(0)");
+  EXPECT_EQ(LastLine(Pass()), "SetFrameRate(0)");
 }
 
 TEST_F(ViewPreferencesTest, PassKeysAreReadAfreshOnEveryPassSwitchesOnlyAtStart) {
