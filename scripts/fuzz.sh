@@ -1,37 +1,54 @@
 #!/usr/bin/env bash
-# Builds the libFuzzer target with clang-14 (AddressSanitizer and UndefinedBehaviorSanitizer
-# on, the libraries under test instrumented too) and feeds it arbitrary preference files.
+# Builds every libFuzzer target (fuzz/*_fuzzer.cpp) with clang-14, AddressSanitizer and
+# UndefinedBehaviorSanitizer on and the libraries under test instrumented too, and runs
+# each in turn.
 #
-#   scripts/fuzz.sh            short run, 60 s: the one the test command runs
-#   scripts/fuzz.sh 3600       a longer run, e.g. an hour before a release
-#   HUBLET_FUZZ_JOBS=2 scripts/fuzz.sh 3600    the same on two cores
+#   scripts/fuzz.sh                 each target 20 s: the short run the test command makes
+#   scripts/fuzz.sh 3600            each target an hour, e.g. before a release
+#   HUBLET_FUZZ_RUNS=10000000 scripts/fuzz.sh     each target ten million inputs instead
+#   HUBLET_FUZZ_TARGETS="number_fuzzer" scripts/fuzz.sh   only the named targets
+#   HUBLET_FUZZ_JOBS=2 scripts/fuzz.sh 3600       two workers per target (fork mode)
+#   HUBLET_FUZZ_CORPUS=~/hublet-corpus scripts/fuzz.sh   keep what the runs find there
 #
-# The seeds are fuzz/corpus/ and the words fuzz/preference.dict. What the fuzzer finds on
-# top of them collects in build/fuzz/corpus/ and is reused by the next run. A crash, a sanitizer report, a
-# broken invariant or an input slower than 10 s is written to build/fuzz/artifacts/
-# and makes this script exit non-zero; replay one with
-#   build/fuzz/fuzz/preference_file_fuzzer build/fuzz/artifacts/<file>
+# Seeds are fuzz/corpus/ and the words fuzz/preference.dict. What a run finds collects in
+# a folder per target under build/fuzz/corpus/ (or HUBLET_FUZZ_CORPUS) and is reused by
+# the next run. A crash, a sanitizer report, a broken invariant or an input slower than
+# 10 s is written to build/fuzz/artifacts/ and makes this script exit non-zero; replay one
+# with build/fuzz/fuzz/TARGET build/fuzz/artifacts/<file>.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-seconds=${1:-60}
+seconds=${1:-20}
+runs=${HUBLET_FUZZ_RUNS:-}
 jobs=${HUBLET_FUZZ_JOBS:-1}
 build=${HUBLET_FUZZ_BUILD_DIR:-build/fuzz}
+corpus=${HUBLET_FUZZ_CORPUS:-$build/corpus}
 tool=${HUBLET_FUZZ_WITH_TOOL:-ON}
+targets=${HUBLET_FUZZ_TARGETS:-$(ls fuzz/*_fuzzer.cpp | xargs -n1 basename | sed 's/\.cpp$//' | tr '\n' ' ')}
 
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DCMAKE_CXX_COMPILER=clang++-14 -DHUBLET_BUILD_FUZZ=ON -DHUBLET_BUILD_TESTS=OFF \
   -DHUBLET_BUILD_TOOL="$tool" >/dev/null
-cmake --build "$build" --target preference_file_fuzzer -j "$(nproc)"
+# shellcheck disable=SC2086
+cmake --build "$build" --target $targets -j "$(nproc)"
 
-mkdir -p "$build/corpus" "$build/artifacts"
-fuzzer="$build/fuzz/preference_file_fuzzer"
-options=(-max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=65536
-         -dict=fuzz/preference.dict -print_final_stats=1 -artifact_prefix="$build/artifacts/")
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
-
-# With more than one job, libFuzzer's fork mode runs that many workers on one corpus.
-[ "$jobs" -gt 1 ] && options+=(-fork="$jobs")
-"$fuzzer" "${options[@]}" "$build/corpus" fuzz/corpus
-echo "fuzz: no crash in ${seconds} s"
+mkdir -p "$build/artifacts"
+for target in $targets; do
+  mkdir -p "$corpus/$target"
+  # The whole-session target takes files of any size; the narrow ones stay small and fast.
+  max_len=4096
+  [ "$target" = preference_file_fuzzer ] && max_len=65536
+  options=(-timeout=10 -rss_limit_mb=2048 -max_len="$max_len" -dict=fuzz/preference.dict
+           -print_final_stats=1 -artifact_prefix="$build/artifacts/$target-")
+  if [ -n "$runs" ]; then options+=(-runs="$runs"); else options+=(-max_total_time="$seconds"); fi
+  # With more than one job, libFuzzer's fork mode runs that many workers on one corpus.
+  [ "$jobs" -gt 1 ] && options+=(-fork="$jobs")
+  echo "== $target"
+  "$build/fuzz/$target" "${options[@]}" "$corpus/$target" fuzz/corpus 2>&1 |
+    grep -E '^(stat::number_of_executed_units|stat::average_exec_per_sec|INFO: Running|==[0-9]+==|invariant|SUMMARY|Done)' || true
+  status=${PIPESTATUS[0]}
+  [ "$status" -eq 0 ] || { echo "fuzz: $target failed (status $status); see $build/artifacts/" >&2; exit 1; }
+done
+echo "fuzz: no crash in any target (${targets% })"

@@ -38,7 +38,7 @@ run_ctest --preset mingw -j "$jobs"
 
 if [ -x scripts/fuzz.sh ]; then
   step "fuzz: short run"
-  scripts/fuzz.sh 60
+  scripts/fuzz.sh 20
 fi
 
 total=$(sed -n 's/.*tests passed, 0 tests failed out of \([0-9]*\).*/\1/p' "$log" | awk '{s += $1} END {print s + 0}')
