@@ -79,6 +79,14 @@ TEST(CheckDiagnostics, MessagesSayWhatTheReaderDoesInstead) {
   for (std::size_t i = 0; i < 4; ++i) EXPECT_THAT(report.diagnostics[i].message, ::testing::HasSubstr(says[i]));
 }
 
+TEST(CheckDiagnostics, MessagesEscapeControlCharactersAndCutHugeNames) {
+  const CheckReport report = CheckPreferenceFile("[MYVIEW]\nBE\aLL=1\n" + std::string(500, 'K') + "=1\n");
+  ASSERT_EQ(report.diagnostics.size(), 2u);
+  EXPECT_THAT(report.diagnostics[0].message, ::testing::HasSubstr("\"BE\\x07LL\""));
+  EXPECT_THAT(report.diagnostics[1].message, ::testing::HasSubstr(std::string(80, 'K') + "...\""));
+  EXPECT_LT(report.diagnostics[1].message.size(), 200u);
+}
+
 // The named settings as "field = value @ line", gammas with their float and their text.
 std::string Settings(const CheckReport& report, const std::vector<std::string>& names) {
   std::string out;
