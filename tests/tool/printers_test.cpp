@@ -47,19 +47,6 @@ TEST(CheckJson, AWholeFileDiagnosticHasANullLineAndNoOptionalMembers) {
   EXPECT_THAT(json, Not(HasSubstr("\"suggestion\"")));
 }
 
-TEST(CheckText, PrintsValuesByStageAndDiagnosticsInCompilerStyle) {
-  const CheckReport report = CheckPreferenceFile("[MYVIEW]\nUSE_GAMMA=1\nGAMMA=2.2x\nFPS=24\nFPS=25\n");
-  const std::string text = FormatCheckText(report, "Vantor.ini");
-  EXPECT_THAT(text, HasSubstr("Vantor.ini: ANSI (code page 1252), 5 lines\n"));
-  EXPECT_THAT(text, HasSubstr("Gamma stage of each preference pass: runs (USE_GAMMA = 1):\n"));
-  EXPECT_THAT(text, HasSubstr("Layout stage of each preference pass: does not run (USE_VPL = 0):\n"));
-  EXPECT_THAT(text, HasSubstr("GAMMA       2.2 (text \"2.2x\")  line 3   displayGamma\n"));
-  EXPECT_THAT(text, HasSubstr("\nVantor.ini:3: warning: GAMMA = \"2.2x\""));
-  EXPECT_THAT(text, HasSubstr("[gamma-not-a-number]\n"));
-  EXPECT_THAT(text, HasSubstr("\nVantor.ini:5: error: "));
-  EXPECT_THAT(text, HasSubstr("\n1 error, 1 warning, 1 note.\n"));
-}
-
 }  // namespace
 }  // namespace tool
 }  // namespace hublet
