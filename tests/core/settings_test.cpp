@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "tests/support/expected_tables.h"
 #include "tests/support/plugin_fixture.h"
 
 namespace hublet {
@@ -33,34 +34,24 @@ class LoadSettingsTest : public PluginTest {};
 TEST_F(LoadSettingsTest, NoFileLeavesEveryDefault) {
   SimSession bare;  // no file mapped: the host path does not exist here
   bare.LoadAndStart();
-  const HubletSettings& s = bare.hublet->state.settings;
-  for (int value : {s.forcePersp, s.forceOrtho, s.emptyMtlOnOpen, s.emptyMtlOnSave, s.useViewLayout,
-                    s.useDisplayModes, s.spareViewFlag, s.useGamma, s.useFrameRate})
-    EXPECT_EQ(value, 0);
-  for (int value : {s.shadedOnOpen, s.objColourOnOpen, s.boxOnSave, s.objColourOnSave}) EXPECT_EQ(value, 1);
+  for (const ExpectedSwitch& s : kExpectedSwitches)
+    EXPECT_EQ(bare.hublet->state.settings.*s.field, s.defaultValue) << s.functionId;
 }
 
 TEST_F(LoadSettingsTest, EveryStartKeyIsReadFromItsOwnSection) {
-  // Each key in its section gets a distinct value; the same keys in the wrong section
-  // must not leak in.
-  StartWith(
-      "[FLINT]\nFORCEPERSP=11\nFORCEORTHO=12\nEMPTYMTLO=13\nEMPTYMTLS=14\nSHADEDOPEN=15\n"
-      "OBJCOLOPEN=16\nBOXSAVE=17\nOBJCOLSAVE=18\nUSE_VPL=90\n"
-      "[MYVIEW]\nUSE_VPL=21\nUSE_DR=22\nUSE_GAMMA=23\nUSE_FPS=24\nFORCEPERSP=91\n");
-  const HubletSettings& s = plugin().state.settings;
-  EXPECT_EQ(s.forcePersp, 11);
-  EXPECT_EQ(s.forceOrtho, 12);
-  EXPECT_EQ(s.emptyMtlOnOpen, 13);
-  EXPECT_EQ(s.emptyMtlOnSave, 14);
-  EXPECT_EQ(s.shadedOnOpen, 15);
-  EXPECT_EQ(s.objColourOnOpen, 16);
-  EXPECT_EQ(s.boxOnSave, 17);
-  EXPECT_EQ(s.objColourOnSave, 18);
-  EXPECT_EQ(s.useViewLayout, 21);
-  EXPECT_EQ(s.useDisplayModes, 22);
-  EXPECT_EQ(s.useGamma, 23);
-  EXPECT_EQ(s.useFrameRate, 24);
-  EXPECT_EQ(s.viewLayout, 0);  // pass keys wait for a pass
+  // Each key in its section gets a distinct value; the same key in the other section,
+  // another value that must not leak in.
+  std::string own[2], other[2];  // FLINT, MYVIEW
+  for (const ExpectedSwitch& s : kExpectedSwitches) {
+    if (s.key == nullptr) continue;
+    const bool flint = std::string(s.section) == "FLINT";
+    own[flint ? 0 : 1] += s.key + ("=" + std::to_string(s.functionId)) + "\n";
+    other[flint ? 1 : 0] += s.key + std::string("=99\n");
+  }
+  StartWith("[FLINT]\n" + own[0] + other[0] + "[MYVIEW]\n" + other[1] + own[1]);
+  for (const ExpectedSwitch& s : kExpectedSwitches)
+    EXPECT_EQ(plugin().state.settings.*s.field, s.key != nullptr ? s.functionId : 0) << s.functionId;
+  EXPECT_EQ(plugin().state.settings.viewLayout, 0);  // pass keys wait for a pass
 }
 
 TEST_F(LoadSettingsTest, NegativeAndWrappedIntegersAreStoredAsSigned32Bit) {
