@@ -3,6 +3,7 @@
 // who and where the user is, today's date, and the COM and sockets libraries. The real
 // implementation calls Win32 on Windows and POSIX elsewhere; the simulated host has one
 // whose answers a test chooses.
+#include <ctime>
 #include <memory>
 #include <string>
 
@@ -35,6 +36,9 @@ class System {
   virtual LocalDate Today() = 0;
   virtual std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path) = 0;
 };
+
+// The calendar date of an instant in the process's time zone: what Today reports for now.
+LocalDate LocalDateAt(std::time_t instant);
 
 // The operating system this build runs on.
 std::unique_ptr<System> MakeNativeSystem();

@@ -47,12 +47,7 @@ class PosixSystem final : public System {
     return name;
   }
 
-  LocalDate Today() override {
-    const std::time_t now = std::time(nullptr);
-    struct tm local = {};
-    ::localtime_r(&now, &local);
-    return LocalDate{local.tm_mday, local.tm_mon + 1, local.tm_year + 1900};
-  }
+  LocalDate Today() override { return LocalDateAt(std::time(nullptr)); }
 
   std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path) override {
     return hublet::OpenProfile(path);
@@ -60,6 +55,12 @@ class PosixSystem final : public System {
 };
 
 }  // namespace
+
+LocalDate LocalDateAt(std::time_t instant) {
+  struct tm local = {};
+  ::localtime_r(&instant, &local);
+  return LocalDate{local.tm_mday, local.tm_mon + 1, local.tm_year + 1900};
+}
 
 std::unique_ptr<System> MakeNativeSystem() {
   return std::unique_ptr<System>(new PosixSystem());

@@ -41,12 +41,7 @@ class Win32System final : public System {
     return std::wstring(wide, ::wcsnlen(wide, kHostNameCapacity));
   }
 
-  LocalDate Today() override {
-    const std::time_t now = std::time(nullptr);
-    std::tm local = {};
-    if (::localtime_s(&local, &now) != 0) return LocalDate{1, 1, 1970};
-    return LocalDate{local.tm_mday, local.tm_mon + 1, local.tm_year + 1900};
-  }
+  LocalDate Today() override { return LocalDateAt(std::time(nullptr)); }
 
   std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path) override {
     return hublet::OpenProfile(path);
@@ -54,6 +49,12 @@ class Win32System final : public System {
 };
 
 }  // namespace
+
+LocalDate LocalDateAt(std::time_t instant) {
+  std::tm local = {};
+  if (::localtime_s(&local, &instant) != 0) return LocalDate{1, 1, 1970};
+  return LocalDate{local.tm_mday, local.tm_mon + 1, local.tm_year + 1900};
+}
 
 std::unique_ptr<System> MakeNativeSystem() {
   return std::unique_ptr<System>(new Win32System());

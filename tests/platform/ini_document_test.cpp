@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/wide_text.h"
+#include "tests/platform/escaped_text.h"
 
 namespace hublet {
 namespace {
@@ -41,27 +42,6 @@ std::string Dump(const IniDocument& document) {
   return out;
 }
 
-// The bytes a "<" line stands for; a bad escape throws.
-std::string Bytes(const std::string& s) {
-  std::string out;
-  for (std::size_t i = 0, used = 0; i < s.size(); ++i) {
-    const std::size_t close = s.find('}', i), plain = "rnt0\\"s.find(s[i + 1]);
-    if (s[i] == '{' && close != std::string::npos && close > i + 2 && s[i + 2] == '*') {
-      out.append(std::stoul(s.substr(i + 3, close - i - 3)), s[i + 1]);
-      i = close;
-    } else if (s.compare(i, 2, "\\x") == 0) {
-      out += static_cast<char>(std::stoi(s.substr(i + 2, 2), &used, 16));
-      i += used == 2 ? 3 : throw std::runtime_error("\\x takes two hex digits: " + s);
-    } else if (s[i] == '\\') {
-      out += plain < 5 ? "\r\n\t\0\\"[plain] : throw std::runtime_error("bad escape: " + s);
-      ++i;
-    } else {
-      out += s[i];
-    }
-  }
-  return out;
-}
-
 TEST(IniDocument, StructureAsInTheDocumentsFile) {
   struct Case { int line; std::string title, bytes, dump; };
   std::vector<Case> cases;
@@ -71,7 +51,7 @@ TEST(IniDocument, StructureAsInTheDocumentsFile) {
     if (!line.empty() && line.back() == '\r') line.pop_back();  // a checkout with CR LF
     const std::string kind = line.substr(0, 2), rest = line.size() > 2 ? line.substr(2) : "";
     if (kind == "==") cases.push_back({number, rest, "", ""});
-    else if (kind == "< " && !cases.empty()) cases.back().bytes += Bytes(rest);
+    else if (kind == "< " && !cases.empty()) cases.back().bytes += testing::Bytes(rest);
     else if (kind == "> " && !cases.empty()) cases.back().dump += rest + "\n";
     else ASSERT_TRUE(line.empty() || line[0] == '#') << "ini_documents.txt line " << number;
   }

@@ -15,42 +15,15 @@
 #include <vector>
 
 #include "platform/profile.h"
+#include "tests/platform/escaped_text.h"
 #include "tests/support/scratch_file.h"
 
 namespace hublet {
 namespace {
 
 using Bad = std::runtime_error;
-
-// A field as UTF-16 code units: escapes decoded, {C*N} repeated; anything else fails, as
-// does a character past limit.
-std::wstring Units(const std::string& s, unsigned long limit = 0x10FFFF) {
-  static const std::string one =
-      R"((\\[rntvf0s\\|{]|\\x[0-9a-fA-F]{2}|\\u[0-9a-fA-F]{4}|\\U[0-9a-fA-F]{8}|[ -\[\]-z|}~]))";
-  static const std::regex token("\\{" + one + "\\*([0-9]+)\\}|" + one);
-  std::wstring out;
-  std::smatch m;
-  for (auto at = s.cbegin(); at != s.cend(); at = m[0].second) {
-    if (!std::regex_search(at, s.cend(), m, token, std::regex_constants::match_continuous))
-      throw Bad("a raw control or non-ASCII byte, or a bad escape or {C*N}, in " + s);
-    const std::string c = m[1].matched ? m[1] : m[3];
-    const std::size_t plain = std::string("rntvf0s\\|{").find(c[1]);
-    const unsigned long value = c[0] != '\\' ? static_cast<unsigned long>(c[0])
-                                : plain != std::string::npos ? U"\r\n\t\v\f\0 \\|{"[plain]
-                                                             : std::stoul(c.substr(2), nullptr, 16);
-    if (value > limit) throw Bad("a character out of range in " + s);
-    std::wstring units(1, static_cast<wchar_t>(value));
-    if (value > 0xFFFF) units = {static_cast<wchar_t>(0xD7C0 + (value >> 10)),  // a pair
-                                 static_cast<wchar_t>(0xDC00 + (value & 0x3FF))};
-    for (std::size_t n = m[1].matched ? std::stoul(m[2]) : 1; n > 0; --n) out += units;
-  }
-  return out;
-}
-
-std::string Bytes(const std::string& field) {
-  const std::wstring units = Units(field, 0xFF);
-  return std::string(units.begin(), units.end());
-}
+using testing::Bytes;
+using testing::Units;
 
 // An int answer as the decimal text of the UINT it stands for.
 std::wstring Number(const std::string& field) {
@@ -141,21 +114,6 @@ std::string CaseName(const ::testing::TestParamInfo<Row>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, ProfileTable, ::testing::ValuesIn(LoadRows()), CaseName);
-
-// The Windows reader asks the API afresh each time; ours reads the file when opened. Both
-// see an edit made between two lookups by the time the file is opened again.
-TEST(ProfileReader, SeesTheFileRewritten) {
-  testing::ScratchFile file;
-  file.Rewrite("[S]\r\nK=1\r\n");
-  EXPECT_EQ(1u, OpenProfile(file.path())->ReadInt(L"S", L"K", 0));
-  file.Rewrite("[S]\r\nK=22\r\n");
-  const std::unique_ptr<ProfileReader> reader = OpenProfile(file.path());
-  EXPECT_EQ(22u, reader->ReadInt(L"S", L"K", 0));
-#ifdef _WIN32
-  file.Rewrite("[S]\r\nK=333\r\n");
-  EXPECT_EQ(333u, reader->ReadInt(L"S", L"K", 0));
-#endif
-}
 
 }  // namespace
 }  // namespace hublet

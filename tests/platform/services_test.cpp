@@ -1,94 +1,99 @@
 // UTF-8 conversions and the operating-system services behind the plug-in.
 #include <gtest/gtest.h>
 
-#ifdef _WIN32
-#include <windows.h>
-#endif
-
-#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <regex>
 #include <string>
+
+#ifdef _WIN32
+#include <winsock2.h>
+#else
+#include <pwd.h>
+#include <unistd.h>
+#endif
 
 #include "platform/system.h"
 #include "platform/wide_text.h"
+#include "tests/platform/escaped_text.h"
 #include "tests/support/scratch_file.h"
 
 namespace hublet {
 namespace {
 
-std::wstring Units(const std::u16string& text) { return std::wstring(text.begin(), text.end()); }
-
-TEST(WideText, Utf8ToUtf16Units) {
-  struct Row {
-    std::string utf8;
-    std::u16string units;
-  };
-  const Row rows[] = {
-      {"", u""},
-      {"ascii", u"ascii"},
-      {"\xC3\xA9t\xC3\xA9 \xE2\x82\xAC", u"\u00E9t\u00E9 \u20AC"},
-      {"\xF0\x9F\x98\x80", u"\U0001F600"},                  // two units
-      {"a\xFF" "b", u"a\uFFFDb"},                             // never a lead byte
-      {"\xC0\xAF", u"\uFFFD\uFFFD"},                          // overlong
-      {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},                // encoded surrogate
-      {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},      // past U+10FFFF
-      {"\xE2\x82" "A", u"\uFFFD" u"A"},                       // truncated: one U+FFFD
-      {"\xF0\x9F\x98", u"\uFFFD"},                            // truncated at the end
-  };
-  for (const Row& row : rows) EXPECT_EQ(Units(row.units), Utf8ToWide(row.utf8)) << row.utf8;
+TEST(WideText, ConvertsAsTheCasesFileSays) {
+  static const std::regex row(R"((read|write) *\| *(.*?) *\| *(.*?) *\| *(.*))");
+  std::ifstream in(HUBLET_WIDE_TEXT_CASES, std::ios::binary);
+  int rows = 0;
+  std::smatch m;
+  for (std::string line; std::getline(in, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();  // a checkout with CR LF
+    if (line.empty() || line[0] == '#') continue;
+    ASSERT_TRUE(std::regex_match(line, m, row)) << line;
+    ++rows;
+    if (m[1] == "read") EXPECT_EQ(Utf8ToWide(testing::Bytes(m[2])), testing::Units(m[3])) << m[4];
+    else EXPECT_EQ(WideToUtf8(testing::Units(m[2])), testing::Bytes(m[3])) << m[4];
+  }
+  EXPECT_GE(rows, 14) << "cannot read " HUBLET_WIDE_TEXT_CASES;
 }
 
-TEST(WideText, Utf16UnitsToUtf8) {
-  struct Row {
-    std::u16string units;
-    std::string utf8;
-  };
-  const Row rows[] = {
-      {u"\u00E9\u20AC\U0001F600", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"},
-      {u"a\xD83D" u"b", "a\xEF\xBF\xBD" "b"},  // lone high surrogate
-      {u"\xDE00", "\xEF\xBF\xBD"},             // lone low surrogate
-      {u"\xD83D", "\xEF\xBF\xBD"},             // high surrogate at the end
-  };
-  for (const Row& row : rows) EXPECT_EQ(row.utf8, WideToUtf8(Units(row.units)));
-}
-
-LocalDate IndependentToday() {
+// Sets the process's time zone through TZ. Nothing else in these tests reads local time.
+void UseTimeZone(const char* zone) {
 #ifdef _WIN32
-  SYSTEMTIME now;
-  ::GetLocalTime(&now);
-  return LocalDate{now.wDay, now.wMonth, now.wYear};
+  _putenv_s("TZ", zone);
+  _tzset();
 #else
-  LocalDate date{0, 0, 0};
-  FILE* date_command = ::popen("date '+%d %m %Y'", "r");
-  if (date_command == nullptr) return date;
-  if (std::fscanf(date_command, "%d %d %d", &date.day, &date.month, &date.year) != 3) date = LocalDate{0, 0, 0};
-  ::pclose(date_command);
-  return date;
+  setenv("TZ", zone, 1);
+  tzset();
 #endif
 }
 
-bool SameDate(const LocalDate& a, const LocalDate& b) {
-  return a.day == b.day && a.month == b.month && a.year == b.year;
+std::string Text(const LocalDate& date) {
+  return std::to_string(date.day) + "-" + std::to_string(date.month) + "-" + std::to_string(date.year);
 }
 
-TEST(NativeSystem, AnswersSanely) {
+TEST(NativeSystem, LocalDateOfKnownInstants) {
+  const struct {
+    const char* zone;
+    std::time_t instant;
+    const char* date;
+  } cases[] = {
+      {"UTC0", 1593734399, "2-7-2020"},  // 2020-07-02 23:59:59 UTC
+      {"UTC0", 1593734400, "3-7-2020"},  // a second later
+      {"UTC0", 1582977600, "29-2-2020"},
+      {"UTC0", 1609459199, "31-12-2020"},
+      {"UTC0", 1609459200, "1-1-2021"},
+      {"XYZ-14", 1593691200, "3-7-2020"},  // noon UTC on 2 July is past midnight at UTC+14
+      {"XYZ+10", 1593734400, "2-7-2020"},  // and 14:00 the day before at UTC-10
+  };
+  for (const auto& c : cases) {
+    UseTimeZone(c.zone);
+    EXPECT_EQ(Text(LocalDateAt(c.instant)), c.date) << c.zone << " " << c.instant;
+  }
+}
+
+TEST(NativeSystem, AnswersAsTheSystemDoes) {
   const std::unique_ptr<System> system = MakeNativeSystem();
+  EXPECT_EQ(Text(system->Today()), Text(LocalDateAt(std::time(nullptr))));
   system->InitializeCom();
   system->StartSockets();
-  EXPECT_FALSE(system->HostName().empty());
-  EXPECT_LE(system->UserName().size(), 256u);
+  // The host name's bytes, each the code unit of the same number.
+  char host[256] = {};
+  ASSERT_EQ(gethostname(host, sizeof host - 1), 0);
+  std::wstring expected;
+  for (const char* p = host; *p != '\0'; ++p) expected += static_cast<wchar_t>(static_cast<unsigned char>(*p));
+  EXPECT_EQ(system->HostName(), expected);
   system->ReleaseSockets();
-
-  // Today's date against an independent reading (another API of the operating system),
-  // taken on both sides, so a midnight in between only makes it try again.
-  for (int attempt = 0; attempt < 3; ++attempt) {
-    const LocalDate before = IndependentToday();
-    const LocalDate today = system->Today();
-    const LocalDate after = IndependentToday();
-    if (!SameDate(before, after)) continue;
-    EXPECT_TRUE(SameDate(today, before)) << today.day << "-" << today.month << "-" << today.year << " against "
-                                         << before.day << "-" << before.month << "-" << before.year;
-    break;
-  }
+#ifndef _WIN32
+  // The login's account, or without one the effective user's.
+  const char* login = getlogin();
+  const passwd* user = getpwuid(geteuid());
+  ASSERT_TRUE((login != nullptr && *login != '\0') || user != nullptr);
+  EXPECT_EQ(system->UserName(), Utf8ToWide(login != nullptr && *login != '\0' ? login : user->pw_name));
+#else
+  EXPECT_FALSE(system->UserName().empty());
+#endif
 
   testing::ScratchFile file;
   file.Rewrite("[FLINT]\r\nBOXSAVE=0\r\n");
