@@ -73,6 +73,7 @@ TEST(IniDocument, AnswersAfterMoveAndCopy) {
     ASSERT_EQ(L"7", original.LookupText(L"S", L"K", L""));
     const IniDocument copy = original, moved(std::move(original));
     for (const IniDocument* document : {&copy, &moved}) {
+      ASSERT_EQ(document->Sections().size(), 1u);
       EXPECT_EQ(document->Entries(document->Sections()[0]).begin(), document->Find(L"s", L"k"));
       EXPECT_EQ(L"7", document->LookupText(L"S", L"K", L""));
     }
