@@ -54,10 +54,5 @@ inline std::vector<std::string> LinesStartingWith(const std::vector<std::string>
   return found;
 }
 
-// The first and last line, or "(none)" when there is none: a test that reads them fails
-// cleanly instead of crashing (under Wine a crash hides the rest of the program's results).
-inline std::string FirstLine(const std::vector<std::string>& lines) { return lines.empty() ? "(none)" : lines.front(); }
-inline std::string LastLine(const std::vector<std::string>& lines) { return lines.empty() ? "(none)" : lines.back(); }
-
 }  // namespace testing
 }  // namespace hublet
