@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -63,35 +64,53 @@ bool Reachable(const std::wstring& name) {
   return name.empty() || (name.front() != L' ' && name.back() != L' ');
 }
 
-// Every name the document holds must be found again by a lookup, and lookups into every
-// buffer size must respect the buffer.
+// Every entry under a section's first header must be found again by a lookup of its
+// names (all prepared in one walk), and lookups into every buffer size must respect the
+// buffer.
 void ExerciseDocument(const IniDocument& document) {
   static const std::size_t kBufferSizes[] = {0, 1, 2, 3, 30, 260};
+  struct Entry {
+    std::wstring section;
+    std::wstring name;
+    std::size_t line;
+    bool underFirstHeader;
+  };
+  std::vector<Entry> entries;  // in line order
   std::set<std::wstring> seenSections;
-  std::size_t lookups = 0;
-  for (const IniSection& section : document.Sections()) {
-    const std::wstring sectionName = document.Name(section);
-    const bool first = seenSections.insert(FoldAscii(sectionName)).second;
-    for (const IniEntry& entry : document.Entries(section)) {
-      if (++lookups > 2000) return;  // enough for one input; keeps huge files fast
-      const std::wstring name = document.Name(entry);
-      const IniEntry* found = document.Find(sectionName, name);
-      // A name cut at a NUL can keep a blank at its end, which no lookup argument keeps
-      // (Windows ignores the argument's outer spaces): such an entry is out of reach.
-      if (first && Reachable(sectionName) && Reachable(name)) {
-        Require(found != nullptr, "an entry of a section's first header is not found");
-        Require(FoldAscii(document.Name(*found)) == FoldAscii(name), "a lookup found another name");
-        Require(found <= &entry, "a lookup found a later entry than the first of its name");
-      }
-      for (std::size_t size : kBufferSizes) {
-        const std::wstring text = document.LookupText(sectionName, name, L"dflt ", size);
-        Require(size == 0 ? text.empty() : text.size() <= size - 1, "a text overran its buffer");
-      }
-      (void)document.LookupInt(sectionName, name, -7);
+  std::wstring section;
+  bool first = false;
+  document.ForEachLine([&](const IniLine& line) {
+    Require(line.number <= document.LineCount(), "a line past the line count");
+    if (line.kind == IniLineKind::Header) {
+      section = document.Text(line.name);
+      first = seenSections.insert(FoldAscii(section)).second;
+    } else if (line.kind == IniLineKind::Entry && !line.beforeFirstSection && entries.size() < 2000) {
+      entries.push_back({section, document.Text(line.name), line.number, first});
     }
+  });
+  std::vector<std::pair<std::wstring, std::wstring>> lookups;
+  for (const Entry& entry : entries) lookups.emplace_back(entry.section, entry.name);
+  document.Prepare(lookups);
+
+  for (const Entry& entry : entries) {
+    const IniFound found = document.Find(entry.section, entry.name);
+    // A name cut at a NUL can keep a blank at its end, which no lookup argument keeps
+    // (Windows ignores the argument's outer spaces): such an entry is out of reach.
+    if (entry.underFirstHeader && Reachable(entry.section) && Reachable(entry.name)) {
+      Require(found.line != 0, "an entry of a section's first header is not found");
+      Require(found.line <= entry.line, "a lookup found a later entry than the first of its name");
+      const auto at = std::lower_bound(entries.begin(), entries.end(), found.line,
+                                       [](const Entry& e, std::size_t line) { return e.line < line; });
+      Require(at != entries.end() && at->line == found.line && FoldAscii(at->name) == FoldAscii(entry.name) &&
+                  FoldAscii(at->section) == FoldAscii(entry.section),
+              "a lookup found another name");
+    }
+    for (std::size_t size : kBufferSizes) {
+      const std::wstring text = document.LookupText(entry.section, entry.name, L"dflt ", size);
+      Require(size == 0 ? text.empty() : text.size() <= size - 1, "a text overran its buffer");
+    }
+    (void)document.LookupInt(entry.section, entry.name, -7);
   }
-  (void)document.LineCount();
-  (void)document.IgnoredLines().size();
 }
 
 void RequireSameSettings(const HubletSettings& a, const HubletSettings& b, const char* what) {
@@ -183,9 +202,20 @@ void RunSession(const std::uint8_t* data, std::size_t size) {
 }
 
 #ifdef HUBLET_FUZZ_WITH_CHECK
+// Whether UTF-8 text holds a control character (C0, DEL or C1), which would reach a
+// terminal raw.
+bool HoldsControl(const std::string& text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const unsigned char byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0x20 || byte == 0x7F) return true;
+    if (byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0) return true;
+  }
+  return false;
+}
+
 // The hublet tool's analysis of the same bytes, with and without a reader: the values it
-// reports for the start-up switches are the ones LoadSettings loaded, and every line it
-// points at is in the file.
+// reports for the start-up switches are the ones LoadSettings loaded, every line it
+// points at is in the file, in order, and no message carries a control character.
 void CheckAnalysis(const std::string& bytes, ProfileReader& reader, const HubletSettings& loaded,
                    std::size_t lineCount) {
   for (const tool::CheckReport& report : {tool::CheckPreferenceFile(bytes), tool::CheckPreferenceFile(bytes, reader)}) {
@@ -195,8 +225,13 @@ void CheckAnalysis(const std::string& bytes, ProfileReader& reader, const Hublet
       if (value.key->when == ReadWhen::AtStart && value.key->intField != nullptr)
         Require(value.intValue == loaded.*value.key->intField, "the check reports another start-up value");
     }
-    for (const tool::Diagnostic& diagnostic : report.diagnostics)
+    Require(report.diagnostics.size() <= report.Total(), "the check lists more diagnostics than it counts");
+    for (std::size_t i = 0; i < report.diagnostics.size(); ++i) {
+      const tool::Diagnostic& diagnostic = report.diagnostics[i];
       Require(diagnostic.line <= lineCount, "a diagnostic points past the last line");
+      Require(i == 0 || report.diagnostics[i - 1].line <= diagnostic.line, "diagnostics out of line order");
+      Require(!HoldsControl(diagnostic.message), "a message holds a control character");
+    }
   }
 }
 #endif

@@ -1,15 +1,22 @@
 #pragma once
-// A preference file as the Windows profile API sees it. Parse() reads the bytes once,
-// with Windows' rules (code page 1252 or UTF-16LE with its byte-order mark; headers cut
-// at the first ']'; ';' lines are comments; entries above the first header are out of
-// reach); the Lookup functions then answer what GetPrivateProfileIntW and
-// GetPrivateProfileStringW would. Line numbers are kept so that a checker can point at
-// what the lookups see and what they skip.
+// A preference file as the Windows profile API sees it: code page 1252 or UTF-16LE with
+// its byte-order mark; headers cut at the first ']'; ';' lines are comments; entries above
+// the first header are out of reach; a lookup reads the first entry of its name under the
+// first header of its section's name. The Lookup functions answer what
+// GetPrivateProfileIntW and GetPrivateProfileStringW would; ForEachLine shows a checker
+// every line as the reader takes it.
+//
+// The document keeps the file's bytes and nothing per line, so that it takes the file's
+// size in memory whatever the file holds (a million tiny lines included): each walk
+// classifies the lines afresh, and a lookup walks the text once and remembers its answer.
+// Prepare answers many lookups in one walk.
 //
 // Wide strings hold UTF-16 code units, as everywhere in this project.
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -27,49 +34,42 @@ enum class IniEncoding {
   Utf16BeUnsupported,  // FE FF: Windows reads nothing from it
 };
 
-enum class IniIgnoreReason {
-  Comment,             // the line starts with ';'
-  BeforeFirstSection,  // an entry above the first header, which no section name reaches
-  TextAfterHeader,     // characters after the header's closing ']'
-  UnclosedHeader,      // a header without ']': its name runs to the line's end
-  TextAfterNul,        // a NUL ends the name or value early; the rest is not read
+// A stretch of the text, counted in its units: bytes for code page 1252, UTF-16 code
+// units for UTF-16LE (from after the mark).
+struct IniSpan {
+  std::size_t begin;
+  std::size_t length;
 };
 
-// Entries and sections point into the document's text by offset, so that parsing
-// allocates nothing per line; IniDocument::Name and Value turn them into strings.
-struct IniEntry {
-  std::size_t nameBegin;    // outer blanks trimmed, cut at a NUL
-  std::size_t nameLength;
-  std::size_t valueBegin;   // what follows the first '=': trimmed, quotes kept, cut at a NUL
-  std::size_t valueLength;
-  std::size_t line;         // 1-based
-  bool hasEquals;           // false: a line without '='; lookups of it answer the default
+enum class IniLineKind {
+  Blank,    // nothing but blanks
+  Comment,  // starts with ';'
+  Header,   // starts with '['
+  Entry,    // anything else: a key, with or without '='
 };
 
-struct IniSection {
-  std::size_t nameBegin;    // between '[' and the first ']' (or the line end), blanks trimmed
-  std::size_t nameLength;
-  std::size_t line;
-  std::size_t firstEntry;   // the entries under it: see IniDocument::Entries
-  std::size_t entryCount;
+// One line as the reader takes it.
+struct IniLine {
+  std::size_t number;  // 1-based
+  IniLineKind kind;
+  IniSpan content;     // the line without its outer blanks
+  // A header's name: between '[' and the first ']' (or the line end). An entry's: before
+  // the first '='. Blanks trimmed, cut at a NUL.
+  IniSpan name;
+  IniSpan value;             // after the first '=': trimmed, quotes kept, cut at a NUL
+  bool hasEquals;            // false: a line without '='; lookups of it answer the default
+  bool beforeFirstSection;   // an entry above the first header, which no lookup reaches
+                             // (its name and value are left empty)
+  bool textAfterHeader;      // characters after the header's closing ']'
+  bool unclosedHeader;       // a header without ']': its name runs to the line's end
+  bool cutAtNul;             // a NUL ends the name or value early; the rest is not read
 };
 
-// A section's entries, as a range for range-for.
-class IniEntryRange {
- public:
-  IniEntryRange(const IniEntry* first, std::size_t count) : first_(first), count_(count) {}
-  const IniEntry* begin() const { return first_; }
-  const IniEntry* end() const { return first_ + count_; }
-  std::size_t size() const { return count_; }
-
- private:
-  const IniEntry* first_;
-  std::size_t count_;
-};
-
-struct IniIgnoredLine {
-  std::size_t line;
-  IniIgnoreReason reason;
+// What a lookup of a section and key reads.
+struct IniFound {
+  std::size_t line;  // the entry's line; 0 when there is none
+  bool hasEquals;
+  IniSpan value;
 };
 
 class IniDocument {
@@ -77,34 +77,31 @@ class IniDocument {
   // The empty document: every lookup answers its default.
   IniDocument();
 
-  // Never fails; bytes that the profile API cannot read make an empty document.
-  static IniDocument Parse(const std::string& bytes);
+  // Never fails; bytes that the profile API cannot read make a document without lines.
+  // The document keeps the bytes: move them in when the caller is done with them.
+  static IniDocument Parse(std::string bytes);
 
   IniEncoding Encoding() const { return encoding_; }
   std::size_t LineCount() const { return lineCount_; }
-  // Every header in file order, repeated names included; lookups use the first of a name.
-  const std::vector<IniSection>& Sections() const { return sections_; }
-  // The entries under a header, in file order, duplicates kept.
-  IniEntryRange Entries(const IniSection& section) const {
-    return IniEntryRange(entries_.data() + section.firstEntry, section.entryCount);
-  }
-  const std::vector<IniIgnoredLine>& IgnoredLines() const { return ignored_; }
+  // The file as given.
+  const std::string& Bytes() const { return bytes_; }
 
-  std::wstring Name(const IniSection& section) const {
-    return Widen(section.nameBegin, section.nameLength);
-  }
-  std::wstring Name(const IniEntry& entry) const {
-    return Widen(entry.nameBegin, entry.nameLength);
-  }
-  std::wstring Value(const IniEntry& entry) const {
-    return Widen(entry.valueBegin, entry.valueLength);
-  }
+  // Every line, in file order.
+  void ForEachLine(const std::function<void(const IniLine&)>& visit) const;
 
-  // The entry that a lookup of (section, key) reads, or nullptr. Arguments are taken as
-  // the API takes them: cut at a NUL, outer spaces ignored, ASCII letters in any case.
-  // A large section gets a key index on its first lookup, so a document must not be
-  // looked up from two threads at once.
-  const IniEntry* Find(const std::wstring& section, const std::wstring& key) const;
+  // A span's text, at most limit units of it.
+  std::wstring Text(IniSpan span, std::size_t limit = static_cast<std::size_t>(-1)) const;
+  // The unit at a position: what the reader decodes there.
+  char16_t Unit(std::size_t at) const;
+  // Whether a span holds name, matched as the API matches names: ASCII letters in any case.
+  bool NameIs(IniSpan span, const std::wstring& name) const;
+
+  // What a lookup of (section, key) reads. Arguments are taken as the API takes them: cut
+  // at a NUL, outer spaces ignored, ASCII letters in any case. Answers are remembered, so
+  // a document must not be looked up from two threads at once.
+  IniFound Find(const std::wstring& section, const std::wstring& key) const;
+  // Finds these (section, key) pairs in one walk, for lookups to come.
+  void Prepare(const std::vector<std::pair<std::wstring, std::wstring>>& lookups) const;
 
   // As GetPrivateProfileIntW: the UINT it returns.
   std::uint32_t LookupInt(const std::wstring& section, const std::wstring& key,
@@ -116,28 +113,17 @@ class IniDocument {
                           std::size_t bufferSize = 260) const;
 
  private:
-  void AddLine(std::size_t begin, std::size_t end, std::size_t line);
-  // The length of text_[begin, end) up to its first NUL.
-  std::size_t KeptLength(std::size_t begin, std::size_t end) const;
-  void IndexSections();
-  const std::vector<std::size_t>& KeyIndex(std::size_t section) const;
-  std::wstring Widen(std::size_t begin, std::size_t length) const;
+  // Calls use(units) with the text's units: code page 1252 bytes or UTF-16LE pairs.
+  template <class Use>
+  void WithUnits(const Use& use) const;
 
+  std::string bytes_;
   IniEncoding encoding_;
   std::size_t lineCount_;
-  // The whole file, decoded once; names and values are ranges of it. Two-byte units,
-  // where a wstring would take four on Linux: the text is the bulk of the document.
-  std::u16string text_;
-  bool hasNul_;  // if not, names and values need no search for a NUL
-  std::vector<IniSection> sections_;
-  std::vector<IniEntry> entries_;
-  std::vector<IniIgnoredLine> ignored_;
-  // Open-addressing hash tables holding an index + 1 (0: free slot), keyed by the
-  // ASCII-folded name. Sections: the first header of each name. Keys: built on demand
-  // for the first header of a name when it has too many entries to scan, holding the
-  // first entry of each name; indexed by section.
-  std::vector<std::size_t> sectionSlots_;
-  mutable std::vector<std::vector<std::size_t>> keySlots_;
+  std::size_t unitCount_;  // 0 when nothing of the file is read
+  bool hasNul_;            // if not, names and values need no search for a NUL
+  // Lookups answered so far, by folded section name, a NUL and folded key name.
+  mutable std::unordered_map<std::wstring, IniFound> found_;
 };
 
 // A profile reader answering from a parsed document: the POSIX reader, and anything that
@@ -159,9 +145,15 @@ class IniDocumentReader final : public ProfileReader {
   IniDocument document_;
 };
 
-// The whole-number reading of GetPrivateProfileIntW applied to a value's text: leading
-// characters up to U+0020 skipped, one sign, a lower-case 0x / 0o / 0b prefix, then digits
-// until the first that does not fit, wrapping modulo 2^32.
-std::uint32_t ParseProfileInt(const std::wstring& text);
+// How GetPrivateProfileIntW reads a whole number from a value's text: leading characters
+// up to U+0020 skipped, one sign, a lower-case 0x / 0o / 0b prefix, then digits until the
+// first that does not fit, wrapping modulo 2^32.
+struct ProfileIntReading {
+  std::uint32_t value;  // what the API returns
+  bool anyDigit;        // false: the text holds no number, and reads 0
+  bool wraps;           // the number written does not fit 32 signed bits: value is another
+  std::size_t end;      // the first character not read
+};
+ProfileIntReading ReadProfileInt(const std::wstring& text);
 
 }  // namespace hublet

@@ -1,16 +1,18 @@
 #include "tool/check.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/wide_text.h"
 #include "tool/check_jobs.h"
+#include "tool/shown_text.h"
 
 namespace hublet {
 namespace tool {
 namespace {
 
-// Longer names and values are cut in messages; the report's fields keep them whole.
-constexpr std::size_t kShownLength = 80;
+// Names longer than this are cut in the report: nothing the plug-in reads comes close.
+constexpr std::size_t kKeptNameLength = 256;
 
 }  // namespace
 
@@ -23,22 +25,7 @@ void CheckContext::Add(std::size_t line, Severity severity, const char* code, st
                                 WideToUtf8(suggestion)});
 }
 
-std::string Shown(const std::wstring& text) {
-  const bool cut = text.size() > kShownLength;
-  std::string out;
-  for (const char c : WideToUtf8(cut ? text.substr(0, kShownLength) : text)) {
-    const unsigned char byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F) {
-      const char* const hex = "0123456789ABCDEF";
-      out += std::string("\\x") + hex[byte >> 4] + hex[byte & 0xF];
-    } else {
-      out += c;
-    }
-  }
-  return cut ? out + "..." : out;
-}
-
-std::string Quoted(const std::wstring& text) { return "\"" + Shown(text) + "\""; }
+std::wstring CheckContext::Name(IniSpan span) const { return document.Text(span, kKeptNameLength); }
 
 std::string DefaultText(const PreferenceKey& key) {
   return key.kind == KeyKind::GammaText ? Quoted(key.defaultText) : std::to_string(key.defaultInt);
@@ -46,17 +33,26 @@ std::string DefaultText(const PreferenceKey& key) {
 
 namespace {
 
-CheckReport Check(const std::string& bytes, const IniDocument& document, ProfileReader& reader) {
-  CheckContext context(bytes, document);
+// What the values do is checked before the lines, so that the diagnostics kept when a
+// file has thousands are those that matter most; within a line, it is reported after
+// what the line's form and names say.
+CheckReport Check(const IniDocument& document, ProfileReader& reader) {
+  CheckContext context(document);
   CheckReport& report = context.report;
   report.encoding = document.Encoding();
   report.lineCount = document.LineCount();
   ReadValues(context, reader);
   if (CheckEncoding(context)) {
-    CheckIgnoredLines(context);
-    CheckNames(context);
+    const std::size_t before = report.diagnostics.size();
     CheckMeaning(context);
-    if (report.encoding == IniEncoding::Ansi) CheckUtf8AsAnsi(context);
+    const std::size_t meaning = report.diagnostics.size() - before;
+    const std::unique_ptr<LineCheck> checks[] = {LineLayoutCheck(context), NameCheck(context), Utf8AsAnsiCheck(context)};
+    document.ForEachLine([&checks](const IniLine& line) {
+      for (const std::unique_ptr<LineCheck>& check : checks)
+        if (check) check->Visit(line);
+    });
+    std::rotate(report.diagnostics.begin() + static_cast<std::ptrdiff_t>(before),
+                report.diagnostics.begin() + static_cast<std::ptrdiff_t>(before + meaning), report.diagnostics.end());
   }
   std::stable_sort(report.diagnostics.begin(), report.diagnostics.end(),
                    [](const Diagnostic& a, const Diagnostic& b) { return a.line < b.line; });
@@ -65,14 +61,14 @@ CheckReport Check(const std::string& bytes, const IniDocument& document, Profile
 
 }  // namespace
 
-CheckReport CheckPreferenceFile(const std::string& bytes, ProfileReader& reader) {
-  return Check(bytes, IniDocument::Parse(bytes), reader);
+CheckReport CheckPreferenceFile(std::string bytes, ProfileReader& reader) {
+  return Check(IniDocument::Parse(std::move(bytes)), reader);
 }
 
-// One parse serves both the values and the diagnostics.
-CheckReport CheckPreferenceFile(const std::string& bytes) {
-  IniDocumentReader reader(IniDocument::Parse(bytes));
-  return Check(bytes, reader.Document(), reader);
+// The reader's own parse serves both the values and the diagnostics.
+CheckReport CheckPreferenceFile(std::string bytes) {
+  IniDocumentReader reader(IniDocument::Parse(std::move(bytes)));
+  return Check(reader.Document(), reader);
 }
 
 const char* EncodingId(IniEncoding encoding) {

@@ -25,8 +25,8 @@ struct Diagnostic {
   Severity severity;
   std::string code;  // stable identifier, e.g. "unknown-key"
   std::string message;
-  std::string section;     // may be empty
-  std::string key;         // may be empty
+  std::string section;     // may be empty; names from the file are cut at 256 characters
+  std::string key;         // may be empty; the same
   std::string suggestion;  // may be empty: the known name the author probably meant
 };
 
@@ -66,12 +66,13 @@ struct CheckReport {
 };
 
 // Checks a preference file: bytes are the file's content, reader the profile reader that
-// the plug-in would use on that same file.
-CheckReport CheckPreferenceFile(const std::string& bytes, ProfileReader& reader);
+// the plug-in would use on that same file. The check keeps the bytes while it runs, and
+// besides them little more than its report: move them in.
+CheckReport CheckPreferenceFile(std::string bytes, ProfileReader& reader);
 
 // The same, reading the values from the parse of bytes itself (what the reader does on
-// every build but Windows). For tests and fuzzers, which have bytes and no file.
-CheckReport CheckPreferenceFile(const std::string& bytes);
+// every build but Windows).
+CheckReport CheckPreferenceFile(std::string bytes);
 
 // Display names of the encodings and read times, shared by the printers.
 const char* EncodingId(IniEncoding encoding);           // "ansi", "utf-16le", ...

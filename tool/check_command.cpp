@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "platform/profile.h"
 #include "platform/wide_text.h"
@@ -51,7 +52,7 @@ FileResult CheckOne(const std::string& file) {
     // No file for the Windows API to open: the parse the reader reproduces gives the values.
     bytes = ReadStandardInput();
     result.name = "<stdin>";
-    result.report = CheckPreferenceFile(bytes);
+    result.report = CheckPreferenceFile(std::move(bytes));
     return result;
   }
   if (!ReadFileBytes(file, bytes, result.error)) {
@@ -61,10 +62,10 @@ FileResult CheckOne(const std::string& file) {
 #ifdef _WIN32
   // The values as the Windows profile API reads them from the file itself.
   const std::unique_ptr<ProfileReader> reader = OpenProfile(ProfilePath(file));
-  result.report = CheckPreferenceFile(bytes, *reader);
+  result.report = CheckPreferenceFile(std::move(bytes), *reader);
 #else
   // Elsewhere the reader is this very parse of the bytes.
-  result.report = CheckPreferenceFile(bytes);
+  result.report = CheckPreferenceFile(std::move(bytes));
 #endif
   return result;
 }

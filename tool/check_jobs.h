@@ -1,8 +1,9 @@
 #pragma once
 // The checker's jobs, each in a file of its own, over one shared context: what the plug-in
-// reads (check_values.cpp), the file as lines of text (check_lines.cpp), its section and
-// key names (check_names.cpp) and what its values will make the plug-in do
-// (check_meaning.cpp).
+// reads (check_values.cpp), what its values will make the plug-in do (check_meaning.cpp),
+// the file's encoding and the layout of its lines (check_lines.cpp), and its section and
+// key names (check_names.cpp). The last two look at every line, in one walk of the file.
+#include <memory>
 #include <string>
 
 #include "platform/ini_document.h"
@@ -14,7 +15,7 @@ namespace hublet {
 namespace tool {
 
 struct CheckContext {
-  CheckContext(const std::string& fileBytes, const IniDocument& parsed) : bytes(fileBytes), document(parsed) {}
+  explicit CheckContext(const IniDocument& parsed) : bytes(parsed.Bytes()), document(parsed) {}
 
   // Whether another diagnostic is still kept with its message; when not, only Count it,
   // which spares building messages nobody will see.
@@ -24,6 +25,9 @@ struct CheckContext {
   void Add(std::size_t line, Severity severity, const char* code, std::string message,
            const std::wstring& section = std::wstring(), const std::wstring& key = std::wstring(),
            const std::wstring& suggestion = std::wstring());
+
+  // A name from the file as a diagnostic keeps it: cut at 256 characters.
+  std::wstring Name(IniSpan span) const;
 
   const std::string& bytes;
   const IniDocument& document;
@@ -36,21 +40,24 @@ void ReadValues(CheckContext& context, ProfileReader& reader);
 
 // False when the reader sees nothing of the file's lines, so nothing else is worth saying.
 bool CheckEncoding(CheckContext& context);
-void CheckIgnoredLines(CheckContext& context);
-void CheckUtf8AsAnsi(CheckContext& context);
-
-void CheckNames(CheckContext& context);
 
 void CheckMeaning(CheckContext& context);
 
+// A job that looks at each line in turn.
+class LineCheck {
+ public:
+  virtual ~LineCheck() = default;
+  virtual void Visit(const IniLine& line) = 0;
+};
+// Lines and parts of lines the reader skips.
+std::unique_ptr<LineCheck> LineLayoutCheck(CheckContext& context);
+// UTF-8 that the reader decodes as code page 1252; null unless the file is ANSI.
+std::unique_ptr<LineCheck> Utf8AsAnsiCheck(CheckContext& context);
+// Names that are never read because of their spelling or place.
+std::unique_ptr<LineCheck> NameCheck(CheckContext& context);
+
 // The default a lookup of key answers, as the report shows it.
 std::string DefaultText(const PreferenceKey& key);
-
-// Text from the file as a message shows it: UTF-8, control characters escaped (\xNN) so
-// nothing raw reaches a terminal, and cut at 80 characters so a huge name stays readable.
-std::string Shown(const std::wstring& text);
-// The same in double quotes.
-std::string Quoted(const std::wstring& text);
 
 }  // namespace tool
 }  // namespace hublet

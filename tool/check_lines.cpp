@@ -1,10 +1,10 @@
-// The file as lines of text: its encoding, lines the reader skips, and UTF-8 that the
-// reader will decode as code page 1252.
+// The file as lines of text: its encoding, lines and parts of lines the reader skips, and
+// UTF-8 that the reader will decode as code page 1252.
 #include <algorithm>
-#include <vector>
 
 #include "platform/wide_text.h"
 #include "tool/check_jobs.h"
+#include "tool/shown_text.h"
 
 namespace hublet {
 namespace tool {
@@ -24,23 +24,6 @@ bool LooksBinary(const std::string& bytes) {
   return probe != 0 && controls * 1000 > probe * kBinaryControlsPerMille;
 }
 
-// The first byte of each line, one line after another, as the reader splits them
-// (CR LF, lone CR, lone LF). Calls visit(line, begin, end) until it returns false.
-template <class Visit>
-void ForEachAnsiLine(const std::string& bytes, Visit visit) {
-  std::size_t line = 1;
-  std::size_t i = 0;
-  const std::size_t size = bytes.size();
-  while (i < size) {
-    std::size_t end = i;
-    while (end < size && bytes[end] != '\r' && bytes[end] != '\n') ++end;
-    if (!visit(line, i, end)) return;
-    i = end + 1;
-    if (end + 1 < size && bytes[end] == '\r' && bytes[end + 1] == '\n') ++i;
-    ++line;
-  }
-}
-
 // A UTF-8 sequence of two to four bytes at bytes[i], valid and not overlong; its length
 // or 0.
 std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t i, std::size_t end) {
@@ -57,19 +40,69 @@ std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t i, std::size_t 
   return decoded.find(L'\xFFFD') == std::wstring::npos ? length : 0;
 }
 
-// Whether a line above the first header starts with '#': a comment in other formats.
-std::vector<std::size_t> HashLinesBeforeFirstSection(const CheckContext& context) {
-  std::vector<std::size_t> hashLines;
-  if (context.report.encoding == IniEncoding::Utf16Le) return hashLines;
-  const std::size_t last = context.document.Sections().empty() ? context.report.lineCount
-                                                               : context.document.Sections().front().line;
-  ForEachAnsiLine(context.bytes, [&](std::size_t line, std::size_t begin, std::size_t end) {
-    while (begin < end && (context.bytes[begin] == ' ' || context.bytes[begin] == '\t')) ++begin;
-    if (begin < end && context.bytes[begin] == '#') hashLines.push_back(line);
-    return line < last;
-  });
-  return hashLines;
-}
+class LayoutCheck final : public LineCheck {
+ public:
+  explicit LayoutCheck(CheckContext& context) : context_(context) {}
+
+  void Visit(const IniLine& line) override {
+    if (line.kind == IniLineKind::Comment) return;  // meant to be ignored
+    if (line.beforeFirstSection) BeforeFirstSection(line);
+    if (line.textAfterHeader)
+      context_.Add(line.number, Severity::Warning, "text-after-header",
+                   "the text after the header's closing ']' is ignored (there are no trailing comments)");
+    if (line.unclosedHeader)
+      context_.Add(line.number, Severity::Warning, "unclosed-header",
+                   "the section header has no closing ']': the reader takes the rest of the line as its name");
+    if (line.cutAtNul)
+      context_.Add(line.number, Severity::Error, "nul-byte",
+                   "a NUL byte ends the name or value early; the rest of the line is not read");
+  }
+
+ private:
+  void BeforeFirstSection(const IniLine& line) {
+    if (context_.document.Unit(line.content.begin) == u'#')
+      context_.Add(line.number, Severity::Warning, "hash-comment",
+                   "a line starting with '#' is not a comment in this file (only ';' starts one); here, above "
+                   "the first [section] header, no lookup reaches it anyway; start the line with ';'");
+    else
+      context_.Add(line.number, Severity::Error, "before-first-section",
+                   "this line comes before the first [section] header, where no lookup reaches it");
+  }
+
+  CheckContext& context_;
+};
+
+// Non-ASCII bytes that form UTF-8 in an ANSI file: the author saved UTF-8, the reader
+// decodes code page 1252. One warning per line, showing what the first such character
+// becomes.
+class Utf8Check final : public LineCheck {
+ public:
+  explicit Utf8Check(CheckContext& context) : context_(context) {}
+
+  void Visit(const IniLine& line) override {
+    if (line.kind == IniLineKind::Comment) return;
+    const std::string& bytes = context_.bytes;
+    const std::size_t end = line.content.begin + line.content.length;
+    for (std::size_t k = line.content.begin; k < end; ++k) {
+      if (static_cast<unsigned char>(bytes[k]) < 0x80) continue;
+      const std::size_t length = Utf8SequenceAt(bytes, k, end);
+      if (length == 0) continue;
+      if (!context_.Keeps()) {
+        context_.Count(Severity::Warning);
+        return;
+      }
+      const std::string sequence = bytes.substr(k, length);
+      const std::wstring seen = IniDocument::Parse(sequence).Text({0, sequence.size()});
+      context_.Add(line.number, Severity::Warning, "utf8-as-ansi",
+                   Quoted(Utf8ToWide(sequence)) + " is written in UTF-8, but a file without a byte-order mark is read as code page 1252: " +
+                       "the plug-in sees " + Quoted(seen) + "; use ASCII or save as UTF-16LE with a byte-order mark");
+      return;
+    }
+  }
+
+ private:
+  CheckContext& context_;
+};
 
 }  // namespace
 
@@ -114,60 +147,13 @@ bool CheckEncoding(CheckContext& context) {
   return true;
 }
 
-void CheckIgnoredLines(CheckContext& context) {
-  const std::vector<std::size_t> hashLines = HashLinesBeforeFirstSection(context);
-  for (const IniIgnoredLine& ignored : context.document.IgnoredLines()) {
-    switch (ignored.reason) {
-      case IniIgnoreReason::Comment:
-        break;  // meant to be ignored
-      case IniIgnoreReason::BeforeFirstSection:
-        if (std::binary_search(hashLines.begin(), hashLines.end(), ignored.line))
-          context.Add(ignored.line, Severity::Warning, "hash-comment",
-                      "a line starting with '#' is not a comment in this file (only ';' starts one); here, above "
-                      "the first [section] header, no lookup reaches it anyway; start the line with ';'");
-        else
-          context.Add(ignored.line, Severity::Error, "before-first-section",
-                      "this line comes before the first [section] header, where no lookup reaches it");
-        break;
-      case IniIgnoreReason::TextAfterHeader:
-        context.Add(ignored.line, Severity::Warning, "text-after-header",
-                    "the text after the header's closing ']' is ignored (there are no trailing comments)");
-        break;
-      case IniIgnoreReason::UnclosedHeader:
-        context.Add(ignored.line, Severity::Warning, "unclosed-header",
-                    "the section header has no closing ']': the reader takes the rest of the line as its name");
-        break;
-      case IniIgnoreReason::TextAfterNul:
-        context.Add(ignored.line, Severity::Error, "nul-byte",
-                    "a NUL byte ends the name or value early; the rest of the line is not read");
-        break;
-    }
-  }
+std::unique_ptr<LineCheck> LineLayoutCheck(CheckContext& context) {
+  return std::unique_ptr<LineCheck>(new LayoutCheck(context));
 }
 
-// Non-ASCII bytes that form UTF-8: the author saved UTF-8, the reader decodes code page
-// 1252. One warning per line, showing what the first such character becomes; comments
-// are nobody's business.
-void CheckUtf8AsAnsi(CheckContext& context) {
-  // Ignored lines come in line order.
-  std::vector<std::size_t> comments;
-  for (const IniIgnoredLine& ignored : context.document.IgnoredLines())
-    if (ignored.reason == IniIgnoreReason::Comment) comments.push_back(ignored.line);
-  const std::string& bytes = context.bytes;
-  ForEachAnsiLine(bytes, [&](std::size_t line, std::size_t begin, std::size_t end) {
-    const bool comment = std::binary_search(comments.begin(), comments.end(), line);
-    for (std::size_t k = begin; k < end && !comment; ++k) {
-      const std::size_t length = Utf8SequenceAt(bytes, k, end);
-      if (length == 0) continue;
-      const std::string sequence = bytes.substr(k, length);
-      const std::wstring asRead = IniDocument::Parse("[S]\nK=" + sequence).LookupText(L"S", L"K", std::wstring());
-      context.Add(line, Severity::Warning, "utf8-as-ansi",
-                  "\"" + sequence + "\" is written in UTF-8, but a file without a byte-order mark is read as code page 1252: " +
-                      "the plug-in sees " + Quoted(asRead) + "; use ASCII or save as UTF-16LE with a byte-order mark");
-      break;
-    }
-    return true;
-  });
+std::unique_ptr<LineCheck> Utf8AsAnsiCheck(CheckContext& context) {
+  if (context.report.encoding != IniEncoding::Ansi) return nullptr;
+  return std::unique_ptr<LineCheck>(new Utf8Check(context));
 }
 
 }  // namespace tool

@@ -11,6 +11,7 @@
 #include "platform/wide_text.h"
 #include "tool/check_jobs.h"
 #include "tool/host_codes.h"
+#include "tool/shown_text.h"
 
 namespace hublet {
 namespace tool {
@@ -19,46 +20,6 @@ namespace {
 // Gammas outside this range are no display or file gamma anyone means.
 constexpr float kLowestPlausibleGamma = 0.2f;
 constexpr float kHighestPlausibleGamma = 5.0f;
-
-// A whole number as the profile API reads it: blanks, a sign, a lower-case 0x/0o/0b
-// prefix, then the digits of that base; what follows is not read.
-struct NumberReading {
-  bool anyDigit = false;
-  bool beyond32Bits = false;  // the digits alone exceed 32 bits
-  std::uint64_t magnitude = 0;
-  bool negative = false;
-  std::size_t restBegin = 0;  // the first character not read
-};
-
-NumberReading ReadNumber(const std::wstring& text) {
-  NumberReading r;
-  std::size_t i = 0;
-  while (i < text.size() && static_cast<std::uint32_t>(text[i]) <= 0x20) ++i;
-  if (i < text.size() && (text[i] == L'+' || text[i] == L'-')) r.negative = text[i++] == L'-';
-  unsigned base = 10;
-  if (i + 1 < text.size() && text[i] == L'0') {
-    if (text[i + 1] == L'x') base = 16;
-    if (text[i + 1] == L'o') base = 8;
-    if (text[i + 1] == L'b') base = 2;
-    if (base != 10) i += 2;
-  }
-  for (; i < text.size(); ++i) {
-    const wchar_t c = text[i];
-    unsigned digit = 36;
-    if (c >= L'0' && c <= L'9') digit = static_cast<unsigned>(c - L'0');
-    if (c >= L'a' && c <= L'z') digit = static_cast<unsigned>(c - L'a' + 10);
-    if (c >= L'A' && c <= L'Z') digit = static_cast<unsigned>(c - L'A' + 10);
-    if (digit >= base) break;
-    r.anyDigit = true;
-    r.magnitude = r.magnitude * base + digit;
-    if (r.magnitude > 0xFFFFFFFFull) {
-      r.beyond32Bits = true;
-      r.magnitude &= 0xFFFFFFFFull;
-    }
-  }
-  r.restBegin = i;
-  return r;
-}
 
 bool IsSwitch(const PreferenceKey& key) {
   return key.test == SwitchTest::ExactlyOne || key.test == SwitchTest::NonZero;
@@ -127,13 +88,13 @@ class MeaningChecker {
           written + " is empty: the reader answers the default, " + DefaultText(key));
       return true;
     }
-    const NumberReading r = ReadNumber(text);
+    const ProfileIntReading r = ReadProfileInt(text);
     if (!r.anyDigit) {
       Add(value, IsSwitch(key) ? Severity::Error : Severity::Warning, "not-an-integer",
           written + " holds no number: the plug-in reads 0");
       return true;
     }
-    const std::wstring rest = text.substr(r.restBegin);
+    const std::wstring rest = text.substr(r.end);
     if (RestChangesMeaning(rest)) {
       std::string why = "the reader stops at " + Quoted(rest.substr(0, 1));
       if (rest[0] == L'X' || rest[0] == L'B' || rest[0] == L'O') why += " (only a lower-case 0x, 0o or 0b is a prefix)";
@@ -141,8 +102,7 @@ class MeaningChecker {
           written + ": " + why + ", so the plug-in reads " + std::to_string(value.intValue));
       return true;
     }
-    const bool fits = !r.beyond32Bits && (r.negative ? r.magnitude <= 0x80000000ull : r.magnitude <= 0x7FFFFFFFull);
-    if (!fits) {
+    if (r.wraps) {
       Add(value, IsSwitch(key) ? Severity::Error : Severity::Warning, "integer-wraps",
           written + " does not fit a 32-bit number: it wraps, and the plug-in stores " + std::to_string(value.intValue));
       return true;

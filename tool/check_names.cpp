@@ -1,11 +1,12 @@
 // Sections and keys: what is never read because of its name or place, and the known name
 // the author probably meant.
 #include <algorithm>
-#include <map>
+#include <cstdint>
 
 #include "platform/wide_text.h"
 #include "tool/check_jobs.h"
 #include "tool/edit_distance.h"
+#include "tool/shown_text.h"
 
 namespace hublet {
 namespace tool {
@@ -26,6 +27,7 @@ struct KnownSection {
   std::wstring name;
   std::wstring folded;
   std::vector<KnownName> names;
+  std::uint64_t lengths;  // bit n: a name is n characters long
 };
 
 std::vector<KnownSection> KnownSections() {
@@ -35,11 +37,20 @@ std::vector<KnownSection> KnownSections() {
     const std::wstring folded = FoldUpperAscii(key.section);
     auto it = std::find_if(sections.begin(), sections.end(),
                            [&](const KnownSection& s) { return s.folded == folded; });
-    if (it == sections.end()) it = sections.insert(sections.end(), KnownSection{key.section, folded, {}});
+    if (it == sections.end()) it = sections.insert(sections.end(), KnownSection{key.section, folded, {}, 0});
     const int views = key.kind == KeyKind::PerView ? kStoredViewCount : 1;
-    for (int i = 0; i < views; ++i) it->names.push_back({FoldUpperAscii(KeyName(key, i)), &key});
+    for (int i = 0; i < views; ++i) {
+      it->names.push_back({FoldUpperAscii(KeyName(key, i)), &key});
+      it->lengths |= std::uint64_t(1) << it->names.back().folded.size();
+    }
   }
   return sections;
+}
+
+// Upper case for comparison; names longer than any known one are neither folded nor
+// compared, and give the empty name.
+std::wstring Folded(const std::wstring& name) {
+  return name.size() <= kLongestComparedName ? FoldUpperAscii(name) : std::wstring();
 }
 
 const KnownName* FindKnown(const KnownSection& section, const std::wstring& folded) {
@@ -88,117 +99,141 @@ const PreferenceKey* PerViewWithOtherIndex(const std::wstring& folded) {
   return nullptr;
 }
 
-class NameChecker {
+class NameChecker final : public LineCheck {
  public:
-  explicit NameChecker(CheckContext& context) : context_(context), document_(context.document), known_(KnownSections()) {}
+  explicit NameChecker(CheckContext& context)
+      : context_(context), document_(context.document), known_(KnownSections()) {
+    for (const KnownSection& section : known_) firstLines_.emplace_back(section.names.size() + 1, 0);
+  }
 
-  void Run() {
-    std::map<std::wstring, std::size_t> firstLine;
-    for (const IniSection& section : document_.Sections()) {
-      const std::wstring sectionName = document_.Name(section);
-      const std::wstring folded = FoldUpperAscii(sectionName);
-      const auto known = std::find_if(known_.begin(), known_.end(),
-                                      [&](const KnownSection& s) { return s.folded == folded; });
-      if (known == known_.end()) {
-        UnknownSection(section, sectionName, folded);
-        continue;
-      }
-      const auto first = firstLine.emplace(folded, section.line);
-      if (!first.second) {
-        context_.Add(section.line, Severity::Error, "duplicate-section",
-                     "[" + Shown(sectionName) + "] appears again (first at line " + std::to_string(first.first->second) +
-                         "): only the first header of a name is read, so " +
-                         (section.entryCount == 1 ? std::string("the entry")
-                                                  : "the " + std::to_string(section.entryCount) + " entries") +
-                         " under this one " + (section.entryCount == 1 ? "is" : "are") + " ignored",
-                     sectionName);
-        continue;
-      }
-      for (const IniEntry& entry : document_.Entries(section)) CheckEntry(sectionName, *known, entry);
-    }
+  void Visit(const IniLine& line) override {
+    if (line.kind == IniLineKind::Header) Header(line);
+    if (line.kind == IniLineKind::Entry && current_ != known_.size()) Entry(line);
   }
 
  private:
-  void UnknownSection(const IniSection& section, const std::wstring& sectionName, const std::wstring& folded) {
-    const std::wstring near = Nearest(folded, known_, [](const KnownSection& s) { return s.name; });
-    std::string message = "unknown section [" + Shown(sectionName) + "]: the plug-in reads nothing from it";
-    if (!near.empty()) message += "; did you mean [" + Shown(near) + "]?";
-    context_.Add(section.line, Severity::Error, "unknown-section", message, sectionName, std::wstring(), near);
+  // The known section or name a span holds, or the count of them.
+  // Only names of the right length are compared, which spares a file of a million
+  // short lines as many comparisons.
+  std::size_t KnownSectionOf(IniSpan name) const {
+    std::size_t s = 0;
+    while (s < known_.size() && (known_[s].name.size() != name.length || !document_.NameIs(name, known_[s].name))) ++s;
+    return s;
+  }
+  std::size_t KnownNameOf(IniSpan name) const {
+    const std::vector<KnownName>& names = known_[current_].names;
+    if (name.length >= 64 || (known_[current_].lengths >> name.length & 1) == 0) return names.size();
+    std::size_t n = 0;
+    while (n < names.size() && (names[n].folded.size() != name.length || !document_.NameIs(name, names[n].folded))) ++n;
+    return n;
   }
 
-  void CheckEntry(const std::wstring& section, const KnownSection& known, const IniEntry& entry) {
-    const std::wstring entryName = document_.Name(entry);
-    // Past the kept diagnostics only the count matters, and every finding below a '#'
-    // line is an error: the common cases are counted without building a message.
-    if (!context_.Keeps() && (entryName.empty() || entryName[0] != L'#') && !IsKnownAndFirst(section, known, entry, entryName)) {
+  void Header(const IniLine& line) {
+    current_ = KnownSectionOf(line.name);
+    if (current_ == known_.size()) {
+      UnknownSection(line);
+      return;
+    }
+    // A section's first line is kept after its known names' first lines.
+    std::size_t& first = firstLines_[current_].back();
+    if (first == 0) {
+      first = line.number;
+      return;
+    }
+    const std::wstring name = context_.Name(line.name);
+    context_.Add(line.number, Severity::Error, "duplicate-section",
+                 "[" + Shown(name) + "] appears again (first at line " + std::to_string(first) +
+                     "): only the first header of a name is read, so the entries under this one are ignored",
+                 name);
+    current_ = known_.size();
+  }
+
+  void UnknownSection(const IniLine& line) {
+    if (!context_.Keeps()) {
       context_.Count(Severity::Error);
       return;
     }
-    if (!entryName.empty() && entryName[0] == L'#') {
-      context_.Add(entry.line, Severity::Warning, "hash-comment",
+    const std::wstring name = context_.Name(line.name);
+    const std::wstring near = Nearest(Folded(name), known_, [](const KnownSection& s) { return s.name; });
+    std::string message = "unknown section [" + Shown(name) + "]: the plug-in reads nothing from it";
+    if (!near.empty()) message += "; did you mean [" + Shown(near) + "]?";
+    context_.Add(line.number, Severity::Error, "unknown-section", message, name, std::wstring(), near);
+  }
+
+  // An entry under the first header of a known section.
+  void Entry(const IniLine& line) {
+    const bool hash = line.name.length > 0 && document_.Unit(line.name.begin) == u'#';
+    const std::size_t known = hash ? known_[current_].names.size() : KnownNameOf(line.name);
+    std::size_t* const first = known < known_[current_].names.size() ? &firstLines_[current_][known] : nullptr;
+    const std::size_t earlier = first != nullptr ? *first : 0;
+    if (first != nullptr && earlier == 0) *first = line.number;
+    if (first != nullptr && earlier == 0 && line.hasEquals) return;  // read as written
+    // Past the kept diagnostics only the count matters: every finding below but a '#' line
+    // is an error.
+    if (!context_.Keeps()) {
+      context_.Count(hash ? Severity::Warning : Severity::Error);
+      return;
+    }
+    const std::wstring section = known_[current_].name;
+    const std::wstring name = context_.Name(line.name);
+    if (hash) {
+      context_.Add(line.number, Severity::Warning, "hash-comment",
                    "a line starting with '#' is not a comment in this file (only ';' starts one): the reader "
-                   "takes it as the key " + Quoted(entryName) + ", which nothing reads; start the line with ';'",
-                   section, entryName);
-      return;
+                   "takes it as the key " + Quoted(name) + ", which nothing reads; start the line with ';'",
+                   section, name);
+    } else if (earlier != 0) {
+      context_.Add(line.number, Severity::Error, "duplicate-key",
+                   Quoted(name) + " appears again in [" + Shown(section) + "]: the reader uses the first, at line " +
+                       std::to_string(earlier) + ", and ignores this one",
+                   section, name);
+    } else if (!line.hasEquals) {
+      std::string message = Quoted(name) + " has no '=': ";
+      message += first != nullptr ? "the reader answers the default, " + DefaultText(*known_[current_].names[known].key)
+                                  : std::string("the reader takes it as a key without a value");
+      context_.Add(line.number, Severity::Error, "no-equals", message, section, name);
+    } else {
+      UnknownKey(line.number, section, name);
     }
-    const IniEntry* read = document_.Find(section, entryName);
-    if (read != nullptr && read != &entry) {
-      context_.Add(entry.line, Severity::Error, "duplicate-key",
-                   Quoted(entryName) + " appears again in [" + Shown(section) + "]: the reader uses the first, at line " +
-                       std::to_string(read->line) + ", and ignores this one",
-                   section, entryName);
-      return;
-    }
-    // No known name is long: a huge one is neither folded nor compared.
-    const std::wstring folded = entryName.size() <= kLongestComparedName ? FoldUpperAscii(entryName) : std::wstring();
-    const KnownName* name = folded.empty() ? nullptr : FindKnown(known, folded);
-    if (!entry.hasEquals) {
-      std::string message = Quoted(entryName) + " has no '=': ";
-      message += name != nullptr ? "the reader answers the default, " + DefaultText(*name->key)
-                                 : std::string("the reader takes it as a key without a value");
-      context_.Add(entry.line, Severity::Error, "no-equals", message, section, entryName);
-      return;
-    }
-    if (name == nullptr) UnknownKey(section, known, entry, entryName, folded);
   }
 
-  bool IsKnownAndFirst(const std::wstring& section, const KnownSection& known, const IniEntry& entry,
-                       const std::wstring& entryName) const {
-    return entry.hasEquals && document_.Find(section, entryName) == &entry &&
-           entryName.size() <= kLongestComparedName && FindKnown(known, FoldUpperAscii(entryName)) != nullptr;
-  }
-
-  void UnknownKey(const std::wstring& section, const KnownSection& known, const IniEntry& entry,
-                  const std::wstring& entryName, const std::wstring& folded) {
+  void UnknownKey(std::size_t line, const std::wstring& section, const std::wstring& name) {
+    const std::wstring folded = Folded(name);
     for (const KnownSection& other : known_) {
-      if (&other == &known || FindKnown(other, folded) == nullptr) continue;
-      context_.Add(entry.line, Severity::Error, "wrong-section",
-                   Quoted(entryName) + " is read from [" + Shown(other.name) + "], not from [" + Shown(section) + "]",
-                   section, entryName, other.name);
+      if (&other == &known_[current_] || FindKnown(other, folded) == nullptr) continue;
+      context_.Add(line, Severity::Error, "wrong-section",
+                   Quoted(name) + " is read from [" + Shown(other.name) + "], not from [" + Shown(section) + "]",
+                   section, name, other.name);
       return;
     }
     if (const PreferenceKey* pattern = PerViewWithOtherIndex(folded)) {
-      context_.Add(entry.line, Severity::Error, "unknown-key",
-                   Quoted(entryName) + " is not read: only viewports 0 to " + std::to_string(kStoredViewCount - 1) +
+      context_.Add(line, Severity::Error, "unknown-key",
+                   Quoted(name) + " is not read: only viewports 0 to " + std::to_string(kStoredViewCount - 1) +
                        " have stored keys (" + WideToUtf8(KeyName(*pattern, 0)) + " to " +
                        WideToUtf8(KeyName(*pattern, kStoredViewCount - 1)) + ")",
-                   section, entryName);
+                   section, name);
       return;
     }
-    const std::wstring near = Nearest(folded, known.names, [](const KnownName& n) { return n.folded; });
-    std::string message = "unknown key " + Quoted(entryName) + " in [" + Shown(section) + "]: the plug-in never reads it";
+    const std::wstring near = Nearest(folded, known_[current_].names, [](const KnownName& n) { return n.folded; });
+    std::string message = "unknown key " + Quoted(name) + " in [" + Shown(section) + "]: the plug-in never reads it";
     if (!near.empty()) message += "; did you mean " + Quoted(near) + "?";
-    context_.Add(entry.line, Severity::Error, "unknown-key", message, section, entryName, near);
+    context_.Add(line, Severity::Error, "unknown-key", message, section, name, near);
   }
 
   CheckContext& context_;
   const IniDocument& document_;
   const std::vector<KnownSection> known_;
+  // Per known section: the line of each known name's first entry (0: none yet), then the
+  // line of the section's first header.
+  std::vector<std::vector<std::size_t>> firstLines_;
+  // The known section whose first header the lines are under; known_.size() for any other.
+  std::size_t current_ = known_.size();
 };
 
 }  // namespace
 
-void CheckNames(CheckContext& context) { NameChecker(context).Run(); }
+std::unique_ptr<LineCheck> NameCheck(CheckContext& context) {
+  return std::unique_ptr<LineCheck>(new NameChecker(context));
+}
 
 }  // namespace tool
 }  // namespace hublet

@@ -1,3 +1,6 @@
+#include <utility>
+#include <vector>
+
 #include "platform/wide_text.h"
 #include "tool/check_jobs.h"
 
@@ -15,6 +18,15 @@ std::string FieldName(const PreferenceKey& key, int viewIndex) {
 
 // The start-up switches once, then each stage's keys, as the plug-in reads them.
 void ReadValues(CheckContext& context, ProfileReader& reader) {
+  // Every lookup below, and the checker's, in one walk of the file.
+  std::vector<std::pair<std::wstring, std::wstring>> lookups;
+  for (std::size_t k = 0; k < kPreferenceKeyCount; ++k) {
+    const PreferenceKey& key = kPreferenceKeys[k];
+    for (int i = 0; i < (key.kind == KeyKind::PerView ? kStoredViewCount : 1); ++i)
+      lookups.emplace_back(key.section, KeyName(key, i));
+  }
+  context.document.Prepare(lookups);
+
   HubletSettings& s = context.settings;
   LoadSettings(reader, s);
   for (ReadWhen stage : {ReadWhen::LayoutStage, ReadWhen::GammaStage, ReadWhen::FrameRateStage})
@@ -44,8 +56,8 @@ void ReadValues(CheckContext& context, ProfileReader& reader) {
           value.text = WideToUtf8(reader.ReadText(key.section, name, key.defaultText));
           break;
       }
-      const IniEntry* entry = context.document.Find(key.section, name);
-      if (entry != nullptr && entry->hasEquals) value.line = entry->line;
+      const IniFound found = context.document.Find(key.section, name);
+      if (found.hasEquals) value.line = found.line;
       report.settings.push_back(value);
     }
   }

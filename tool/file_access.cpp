@@ -45,7 +45,9 @@ bool ReadFileBytes(const std::string& path, std::string& bytes, std::string& err
     error = std::strerror(errno);
     return false;
   }
+  // Room for the whole file at once: growing by doubling would take up to twice its size.
   bytes.clear();
+  bytes.reserve(static_cast<std::size_t>(info.st_size));
   char chunk[65536];
   std::size_t got = 0;
   while ((got = std::fread(chunk, 1, sizeof chunk, file)) > 0) bytes.append(chunk, got);

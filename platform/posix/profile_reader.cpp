@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/ini_document.h"
 #include "platform/profile.h"
@@ -39,9 +40,9 @@ std::string ReadRegularFile(const std::string& path) {
 
 std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path) {
   // The path's separators are taken as given: callers build POSIX paths here.
-  const std::string bytes = ReadRegularFile(WideToUtf8(path));
-  // The file is read and parsed once, here; every lookup answers from that copy.
-  return std::unique_ptr<ProfileReader>(new IniDocumentReader(IniDocument::Parse(bytes)));
+  std::string bytes = ReadRegularFile(WideToUtf8(path));
+  // The file is read once, here; every lookup answers from that copy.
+  return std::unique_ptr<ProfileReader>(new IniDocumentReader(IniDocument::Parse(std::move(bytes))));
 }
 
 }  // namespace hublet
