@@ -1,6 +1,10 @@
 // What the values will make the plug-in do, where that differs from what the text says:
 // numbers the reader cuts short or wraps, switches that stay off, codes the host does not
 // know, and keys that are read but have no effect.
+//
+// How a value's text reads is reported whether or not its stage runs, as a companion tool
+// can switch a stage on at run time; what the value then does is reported only for a
+// stage that runs, and a key of a stage that does not run gets a note.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -135,7 +139,7 @@ class MeaningChecker {
   }
 
   void CheckViewCount(const SettingValue& value) {
-    if (value.intValue >= 0 && value.intValue <= kStoredViewCount) return;
+    if (!LayoutRuns() || (value.intValue >= 0 && value.intValue <= kStoredViewCount)) return;
     const std::string what = value.intValue < 0 ? "no viewport is set up"
                                                 : "only the " + std::to_string(kStoredViewCount) +
                                                       " viewports with stored keys are set up";

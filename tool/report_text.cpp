@@ -3,6 +3,7 @@
 #include "host/sim/transcript.h"
 #include "platform/wide_text.h"
 #include "tool/report.h"
+#include "tool/shown_text.h"
 
 namespace hublet {
 namespace tool {
@@ -23,7 +24,7 @@ std::string Pad(std::string text, std::size_t width) {
 std::string ValueText(const SettingValue& value) {
   if (!value.isText) return std::to_string(value.intValue);
   const std::string number = FormatFloat(value.floatValue);
-  return number == value.text ? number : number + " (text \"" + value.text + "\")";
+  return number == value.text ? number : number + " (text " + Quoted(Utf8ToWide(value.text)) + ")";
 }
 
 std::string SourceText(const SettingValue& value) {

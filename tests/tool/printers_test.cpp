@@ -1,7 +1,9 @@
 // The report printers: JSON that any parser takes, text in the compiler style.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <limits>
+#include <string>
 
 #include "tool/check.h"
 #include "tool/json_writer.h"
@@ -45,6 +47,20 @@ TEST(CheckJson, AWholeFileDiagnosticHasANullLineAndNoOptionalMembers) {
   EXPECT_THAT(json, HasSubstr("\"encoding\": \"utf-16be\""));
   EXPECT_THAT(json, HasSubstr("{\"line\": null, \"severity\": \"error\", \"code\": \"encoding\""));
   EXPECT_THAT(json, Not(HasSubstr("\"suggestion\"")));
+}
+
+// Thousands of slips: the first thousand diagnostics are kept, what the values do among
+// them however late its line, every one is counted, and a hundred are printed.
+TEST(CheckText, KeepsAThousandCountsAllPrintsAHundred) {
+  std::string file = "[MYVIEW]\n";
+  for (int i = 0; i < 1500; ++i) file += "X" + std::to_string(i) + "=1\n";
+  const CheckReport report = CheckPreferenceFile(file + "[FLINT]\nEMPTYMTLO=2\n");
+  EXPECT_EQ(report.Total(), 1501u);
+  ASSERT_EQ(report.diagnostics.size(), kMaxKeptDiagnostics);
+  EXPECT_EQ(report.diagnostics.back().code, "switch-not-one");
+  const std::string printed = FormatDiagnostics(report, "f");
+  EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 101);
+  EXPECT_THAT(printed, HasSubstr("\nf: ... and 1401 more diagnostics"));
 }
 
 }  // namespace
