@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace hublet {
@@ -25,6 +27,9 @@ const std::size_t kMaxValueLength = 65535;
 const std::size_t kIntBufferSize = 30;
 // Key lengths below this are told apart by one bit each before a key is compared.
 const std::size_t kLengthBits = 64;
+// The names a walk remembers besides those looked up, in the sections looked up and in
+// others each: far more than the sections of any preference file hold.
+const std::size_t kRememberedNames = 1024;
 
 // The text's units as the reader decodes them. The structure of a line is all ASCII, which
 // both decodings keep as it is.
@@ -35,6 +40,12 @@ struct AnsiUnits {
     const unsigned byte = data[i];
     return byte - 0x80u < 0x20u ? kCp1252High[byte - 0x80u] : static_cast<char16_t>(byte);
   }
+  // Where the line from `from` ends: at the first CR or LF, or the text's end. Line ends
+  // are ASCII, so the bytes are searched as they are.
+  std::size_t LineEnd(std::size_t from) const {
+    while (from < size && data[from] != '\r' && data[from] != '\n') ++from;
+    return from;
+  }
 };
 
 struct Utf16LeUnits {
@@ -42,6 +53,10 @@ struct Utf16LeUnits {
   std::size_t size;
   char16_t operator[](std::size_t i) const {
     return static_cast<char16_t>(data[2 * i] | (data[2 * i + 1] << 8));
+  }
+  std::size_t LineEnd(std::size_t from) const {
+    while (from < size && (*this)[from] != u'\r' && (*this)[from] != u'\n') ++from;
+    return from;
   }
 };
 
@@ -83,8 +98,7 @@ std::size_t KeptLength(const Units& text, bool hasNul, std::size_t begin, std::s
 template <class Units, class Visit>
 void ForEachLineRange(const Units& text, const Visit& visit) {
   for (std::size_t begin = 0; begin < text.size;) {
-    std::size_t end = begin;
-    while (end < text.size && text[end] != u'\r' && text[end] != u'\n') ++end;
+    const std::size_t end = text.LineEnd(begin);
     if (!visit(begin, end)) return;
     begin = end + 1;
     if (end + 1 < text.size && text[end] == u'\r' && text[end + 1] == u'\n') ++begin;
@@ -346,6 +360,7 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
   for (const auto& lookup : lookups) {
     const std::wstring section = FoldedArgument(lookup.first);
     const std::wstring key = FoldedArgument(lookup.second);
+    if (completeSections_.count(section) != 0) continue;
     const auto answer = found_.emplace(section + L'\0' + key, IniFound());
     if (!answer.second) continue;
     auto it = std::find_if(wanted.begin(), wanted.end(),
@@ -357,12 +372,24 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
   }
   if (wanted.empty()) return;
 
+  // Besides the keys looked up, the walk remembers the first entry of every name under
+  // the first header of each section, while there is room. A section remembered whole
+  // needs no walk again.
+  std::size_t rooms[2] = {kRememberedNames, kRememberedNames};  // sections looked up, others
+  std::unordered_set<std::wstring> headers;  // the names of the headers met, while there is room
+  std::wstring learning;                     // the section remembered now and a NUL, or empty
+  bool whole = false;                        // nothing of it was left out
+  const auto finishSection = [&] {
+    if (!learning.empty() && whole) completeSections_.insert(learning.substr(0, learning.size() - 1));
+    learning.clear();
+  };
   WithUnits([&](const auto& text) {
     Wanted* current = nullptr;
     std::size_t ahead = wanted.size();
     std::wstring name;
     WalkLines(text, hasNul_, [&](const IniLine& line) {
       if (line.kind == IniLineKind::Header) {
+        finishSection();
         current = nullptr;
         for (Wanted& w : wanted) {
           if (w.passed || !HoldsFolded(text, line.name, w.section)) continue;
@@ -371,9 +398,25 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
           --ahead;
           break;
         }
-        return ahead > 0 || current != nullptr;
+        FoldInto(text, line.name, name);
+        const bool first = headers.size() < kRememberedNames && headers.insert(name).second;
+        if (current != nullptr || first) {
+          learning = name + L'\0';
+          whole = true;
+        }
+        const bool more = ahead > 0 || current != nullptr || (rooms[1] > 0 && headers.size() < kRememberedNames);
+        if (!more) learning.clear();  // the walk ends before this section's body
+        return more;
       }
-      if (current == nullptr || line.kind != IniLineKind::Entry) return true;
+      if (line.kind != IniLineKind::Entry) return true;
+      const IniFound entry{line.number, line.hasEquals, line.value};
+      std::size_t& room = rooms[current != nullptr ? 0 : 1];
+      if (!learning.empty() && room == 0) whole = false;
+      if (!learning.empty() && room > 0) {
+        FoldInto(text, line.name, name);
+        if (found_.emplace(learning + name, entry).second) --room;
+      }
+      if (current == nullptr) return true;
       const std::size_t length = line.name.length;
       if (length > current->longest || (length < kLengthBits && (current->lengths >> length & 1) == 0))
         return true;
@@ -381,12 +424,16 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
       const auto key = current->keys.find(name);
       if (key != current->keys.end()) {
         // The first entry of a name is the one read; later ones are not looked for.
-        *key->second = IniFound{line.number, line.hasEquals, line.value};
+        *key->second = entry;
         current->keys.erase(key);
       }
       return true;
     });
   });
+  finishSection();
+  // A section looked up that the whole walk did not meet has no keys at all.
+  for (const Wanted& w : wanted)
+    if (!w.passed) completeSections_.insert(w.section);
 }
 
 IniFound IniDocument::Find(const std::wstring& section, const std::wstring& key) const {
@@ -396,7 +443,8 @@ IniFound IniDocument::Find(const std::wstring& section, const std::wstring& key)
     Prepare({{section, key}});
     answer = found_.find(memo);
   }
-  return answer->second;
+  // Not remembered after a walk: a section remembered whole has no such key.
+  return answer != found_.end() ? answer->second : IniFound();
 }
 
 std::wstring IniDocument::LookupText(const std::wstring& section, const std::wstring& key,

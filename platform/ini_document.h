@@ -8,8 +8,10 @@
 //
 // The document keeps the file's bytes and nothing per line, so that it takes the file's
 // size in memory whatever the file holds (a million tiny lines included): each walk
-// classifies the lines afresh, and a lookup walks the text once and remembers its answer.
-// Prepare answers many lookups in one walk.
+// classifies the lines afresh. A lookup in a section walks the text and remembers the
+// first entry of every name in that section, up to a thousand of them: for a preference
+// file that is all of them, and later lookups in the section walk nothing. In a larger
+// section a lookup that misses walks again; Prepare answers many lookups in one walk.
 //
 // Wide strings hold UTF-16 code units, as everywhere in this project.
 #include <cstddef>
@@ -17,6 +19,7 @@
 #include <functional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -124,6 +127,8 @@ class IniDocument {
   bool hasNul_;            // if not, names and values need no search for a NUL
   // Lookups answered so far, by folded section name, a NUL and folded key name.
   mutable std::unordered_map<std::wstring, IniFound> found_;
+  // Folded names of the sections whose every key found_ holds.
+  mutable std::unordered_set<std::wstring> completeSections_;
 };
 
 // A profile reader answering from a parsed document: the POSIX reader, and anything that
