@@ -27,9 +27,11 @@ const std::size_t kMaxValueLength = 65535;
 const std::size_t kIntBufferSize = 30;
 // Key lengths below this are told apart by one bit each before a key is compared.
 const std::size_t kLengthBits = 64;
-// The names a walk remembers besides those looked up, in the sections looked up and in
-// others each: far more than the sections of any preference file hold.
-const std::size_t kRememberedNames = 1024;
+// The entries a walk remembers besides those looked up, in the sections looked up and in
+// others each: far more than the sections of any preference file hold. Longer names are
+// not remembered, nor are the sections that hold them remembered whole.
+const std::size_t kRememberedEntries = 1024;
+const std::size_t kLongestRemembered = 256;
 
 // The text's units as the reader decodes them. The structure of a line is all ASCII, which
 // both decodings keep as it is.
@@ -40,6 +42,7 @@ struct AnsiUnits {
     const unsigned byte = data[i];
     return byte - 0x80u < 0x20u ? kCp1252High[byte - 0x80u] : static_cast<char16_t>(byte);
   }
+  bool HasNul() const { return size != 0 && std::memchr(data, 0, size) != nullptr; }
   // Where the line from `from` ends: at the first CR or LF, or the text's end. Line ends
   // are ASCII, so the bytes are searched as they are.
   std::size_t LineEnd(std::size_t from) const {
@@ -53,6 +56,11 @@ struct Utf16LeUnits {
   std::size_t size;
   char16_t operator[](std::size_t i) const {
     return static_cast<char16_t>(data[2 * i] | (data[2 * i + 1] << 8));
+  }
+  bool HasNul() const {
+    for (std::size_t i = 0; i < size; ++i)
+      if ((*this)[i] == 0) return true;
+    return false;
   }
   std::size_t LineEnd(std::size_t from) const {
     while (from < size && (*this)[from] != u'\r' && (*this)[from] != u'\n') ++from;
@@ -191,13 +199,17 @@ bool HoldsFolded(const Units& text, IniSpan span, const std::wstring& folded) {
 
 // A caller's argument as Windows takes it: a C string with its outer spaces (only
 // spaces, not tabs) ignored; folded for comparison.
-std::wstring FoldedArgument(const std::wstring& argument) {
+void AppendFoldedArgument(const std::wstring& argument, std::wstring& folded) {
   std::size_t begin = 0;
   std::size_t end = std::min(argument.find(L'\0'), argument.size());
   while (begin < end && argument[begin] == L' ') ++begin;
   while (end > begin && argument[end - 1] == L' ') --end;
+  for (std::size_t i = begin; i < end; ++i) folded += FoldAscii(argument[i]);
+}
+
+std::wstring FoldedArgument(const std::wstring& argument) {
   std::wstring folded;
-  FoldInto(WideUnits{argument.data(), argument.size()}, {begin, end - begin}, folded);
+  AppendFoldedArgument(argument, folded);
   return folded;
 }
 
@@ -308,7 +320,7 @@ IniDocument IniDocument::Parse(std::string bytes) {
     document.unitCount_ = kept.size();
   }
   document.WithUnits([&document](const auto& text) {
-    for (std::size_t i = 0; i < text.size && !document.hasNul_; ++i) document.hasNul_ = text[i] == 0;
+    document.hasNul_ = text.HasNul();
     ForEachLineRange(text, [&document](std::size_t, std::size_t) {
       ++document.lineCount_;
       return true;
@@ -375,7 +387,7 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
   // Besides the keys looked up, the walk remembers the first entry of every name under
   // the first header of each section, while there is room. A section remembered whole
   // needs no walk again.
-  std::size_t rooms[2] = {kRememberedNames, kRememberedNames};  // sections looked up, others
+  std::size_t rooms[2] = {kRememberedEntries, kRememberedEntries};  // sections looked up, others
   std::unordered_set<std::wstring> headers;  // the names of the headers met, while there is room
   std::wstring learning;                     // the section remembered now and a NUL, or empty
   bool whole = false;                        // nothing of it was left out
@@ -398,23 +410,27 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
           --ahead;
           break;
         }
-        FoldInto(text, line.name, name);
-        const bool first = headers.size() < kRememberedNames && headers.insert(name).second;
-        if (current != nullptr || first) {
+        const bool fits = line.name.length <= kLongestRemembered;
+        if (fits) FoldInto(text, line.name, name);
+        const bool first = fits && headers.size() < kRememberedEntries && headers.insert(name).second;
+        if (first || (current != nullptr && fits)) {
           learning = name + L'\0';
           whole = true;
         }
-        const bool more = ahead > 0 || current != nullptr || (rooms[1] > 0 && headers.size() < kRememberedNames);
+        const bool more = ahead > 0 || current != nullptr || (rooms[1] > 0 && headers.size() < kRememberedEntries);
         if (!more) learning.clear();  // the walk ends before this section's body
         return more;
       }
       if (line.kind != IniLineKind::Entry) return true;
       const IniFound entry{line.number, line.hasEquals, line.value};
       std::size_t& room = rooms[current != nullptr ? 0 : 1];
-      if (!learning.empty() && room == 0) whole = false;
-      if (!learning.empty() && room > 0) {
+      if (!learning.empty() && (room == 0 || line.name.length > kLongestRemembered)) whole = false;
+      if (!learning.empty() && room > 0 && line.name.length <= kLongestRemembered) {
+        // Every entry takes room, a repeated name too, so a section of a million
+        // repeats is not folded a million times.
         FoldInto(text, line.name, name);
-        if (found_.emplace(learning + name, entry).second) --room;
+        found_.emplace(learning + name, entry);
+        --room;
       }
       if (current == nullptr) return true;
       const std::size_t length = line.name.length;
@@ -437,7 +453,11 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
 }
 
 IniFound IniDocument::Find(const std::wstring& section, const std::wstring& key) const {
-  const std::wstring memo = FoldedArgument(section) + L'\0' + FoldedArgument(key);
+  std::wstring memo;
+  memo.reserve(section.size() + 1 + key.size());
+  AppendFoldedArgument(section, memo);
+  memo += L'\0';
+  AppendFoldedArgument(key, memo);
   auto answer = found_.find(memo);
   if (answer == found_.end()) {
     Prepare({{section, key}});

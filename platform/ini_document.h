@@ -9,7 +9,7 @@
 // The document keeps the file's bytes and nothing per line, so that it takes the file's
 // size in memory whatever the file holds (a million tiny lines included): each walk
 // classifies the lines afresh. A lookup in a section walks the text and remembers the
-// first entry of every name in that section, up to a thousand of them: for a preference
+// first entry of every name in that section, up to a thousand entries: for a preference
 // file that is all of them, and later lookups in the section walk nothing. In a larger
 // section a lookup that misses walks again; Prepare answers many lookups in one walk.
 //
