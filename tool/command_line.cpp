@@ -48,13 +48,31 @@ void PrepareStandardStreams() {
 #endif
 }
 
-void WriteOut(const std::string& text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+namespace {
+
+// Why standard output first failed, kept from the write that failed: later calls on the
+// failed stream leave errno as they like.
+std::string& OutputError() {
+  static std::string error;
+  return error;
+}
+
+void NoteOutputError() {
+  if (OutputError().empty()) OutputError() = errno != 0 ? std::strerror(errno) : "write error";
+}
+
+}  // namespace
+
+void WriteOut(const std::string& text) {
+  errno = 0;
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) NoteOutputError();
+}
 
 bool FinishOutput(std::string& error) {
   errno = 0;
-  if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return true;
-  error = errno != 0 ? std::strerror(errno) : "write error";
-  return false;
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) NoteOutputError();
+  error = OutputError();
+  return error.empty();
 }
 
 void WriteError(const std::string& text) {
