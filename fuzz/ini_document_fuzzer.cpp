@@ -25,20 +25,22 @@ void Require(bool condition, const char* what) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace hublet;
   const IniDocument document = IniDocument::Parse(std::string(reinterpret_cast<const char*>(data), size));
-  for (const IniSection& section : document.Sections()) {
-    for (const IniEntry& entry : document.Entries(section)) {
-      Require(entry.line >= section.line && entry.line <= document.LineCount(), "an entry outside its lines");
-      (void)document.Name(entry);
-    }
-  }
-  for (const IniIgnoredLine& ignored : document.IgnoredLines())
-    Require(ignored.line >= 1 && ignored.line <= document.LineCount(), "an ignored line outside the file");
+  std::size_t last = 0;
+  document.ForEachLine([&](const IniLine& line) {
+    Require(line.number == last + 1 && line.number <= document.LineCount(), "a line out of order or past the count");
+    Require(line.name.begin + line.name.length <= line.content.begin + line.content.length &&
+                line.value.begin + line.value.length <= line.content.begin + line.content.length,
+            "a name or value outside its line");
+    last = line.number;
+    (void)document.Text(line.name);
+  });
+  Require(last == document.LineCount(), "the walk and the line count disagree");
   for (const wchar_t* section : kSections)
     for (const wchar_t* key : kKeys) {
       const std::uint32_t number = document.LookupInt(section, key, -99);
       const std::wstring text = document.LookupText(section, key, L"2.2");
       Require(text.size() < 260, "a text longer than the plug-in's buffer");
-      if (document.Find(section, key) == nullptr)
+      if (document.Find(section, key).line == 0)
         Require(number == static_cast<std::uint32_t>(-99) && text == L"2.2", "a missing key answered something");
     }
   for (const wchar_t* key : kKeys)

@@ -15,9 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::wstring text;
   for (std::size_t i = 0; i + 1 < size; i += 2) text += static_cast<wchar_t>(data[i] | (data[i + 1] << 8));
   (void)ParseGamma(text);
-  const std::uint32_t number = ParseProfileInt(text);
+  const std::uint32_t number = ReadProfileInt(text).value;
   const std::wstring plain = std::to_wstring(static_cast<std::int32_t>(number));
-  if (ParseProfileInt(plain) != number) {
+  if (ReadProfileInt(plain).value != number) {
     std::fprintf(stderr, "invariant broken: %u does not read back\n", number);
     std::abort();
   }

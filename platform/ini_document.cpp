@@ -33,40 +33,41 @@ const std::size_t kLengthBits = 64;
 const std::size_t kRememberedEntries = 1024;
 const std::size_t kLongestRemembered = 256;
 
-// The text's units as the reader decodes them. The structure of a line is all ASCII, which
-// both decodings keep as it is.
-struct AnsiUnits {
+// The text's units as the reader decodes them: code page 1252 bytes, or UTF-16LE pairs
+// after the byte-order mark. The structure of a line is all ASCII, which both decodings
+// keep as it is.
+struct Units {
   const unsigned char* data;
   std::size_t size;
+  bool utf16;
   char16_t operator[](std::size_t i) const {
+    if (utf16) return static_cast<char16_t>(data[2 * i] | (data[2 * i + 1] << 8));
     const unsigned byte = data[i];
     return byte - 0x80u < 0x20u ? kCp1252High[byte - 0x80u] : static_cast<char16_t>(byte);
   }
-  bool HasNul() const { return size != 0 && std::memchr(data, 0, size) != nullptr; }
-  // Where the line from `from` ends: at the first CR or LF, or the text's end. Line ends
-  // are ASCII, so the bytes are searched as they are.
-  std::size_t LineEnd(std::size_t from) const {
-    while (from < size && data[from] != '\r' && data[from] != '\n') ++from;
-    return from;
-  }
-};
-
-struct Utf16LeUnits {
-  const unsigned char* data;  // after the byte-order mark
-  std::size_t size;
-  char16_t operator[](std::size_t i) const {
-    return static_cast<char16_t>(data[2 * i] | (data[2 * i + 1] << 8));
-  }
   bool HasNul() const {
+    if (!utf16) return size != 0 && std::memchr(data, 0, size) != nullptr;
     for (std::size_t i = 0; i < size; ++i)
       if ((*this)[i] == 0) return true;
     return false;
   }
+  // Where the line from `from` ends: at the first CR or LF, or the text's end. Code page
+  // 1252 bytes are searched as they are.
   std::size_t LineEnd(std::size_t from) const {
+    if (!utf16) {
+      while (from < size && data[from] != '\r' && data[from] != '\n') ++from;
+      return from;
+    }
     while (from < size && (*this)[from] != u'\r' && (*this)[from] != u'\n') ++from;
     return from;
   }
 };
+
+Units UnitsOf(const std::string& bytes, IniEncoding encoding, std::size_t count) {
+  const unsigned char* const data = reinterpret_cast<const unsigned char*>(bytes.data());
+  const bool utf16 = encoding == IniEncoding::Utf16Le;
+  return Units{utf16 ? data + 2 : data, count, utf16};
+}
 
 // A caller's argument.
 struct WideUnits {
@@ -291,16 +292,6 @@ ProfileIntReading ReadInt(const Units& text, std::size_t i, std::size_t end) {
 IniDocument::IniDocument()
     : encoding_(IniEncoding::Ansi), lineCount_(0), unitCount_(0), hasNul_(false) {}
 
-template <class Use>
-void IniDocument::WithUnits(const Use& use) const {
-  const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(bytes_.data());
-  if (encoding_ == IniEncoding::Utf16Le) {
-    use(Utf16LeUnits{bytes + 2, unitCount_});
-  } else {
-    use(AnsiUnits{bytes, unitCount_});
-  }
-}
-
 IniDocument IniDocument::Parse(std::string bytes) {
   IniDocument document;
   document.bytes_ = std::move(bytes);
@@ -319,44 +310,34 @@ IniDocument IniDocument::Parse(std::string bytes) {
     }
     document.unitCount_ = kept.size();
   }
-  document.WithUnits([&document](const auto& text) {
-    document.hasNul_ = text.HasNul();
-    ForEachLineRange(text, [&document](std::size_t, std::size_t) {
-      ++document.lineCount_;
-      return true;
-    });
+  const Units text = UnitsOf(document.bytes_, document.encoding_, document.unitCount_);
+  document.hasNul_ = text.HasNul();
+  ForEachLineRange(text, [&document](std::size_t, std::size_t) {
+    ++document.lineCount_;
+    return true;
   });
   return document;
 }
 
 void IniDocument::ForEachLine(const std::function<void(const IniLine&)>& visit) const {
-  WithUnits([&](const auto& text) {
-    WalkLines(text, hasNul_, [&](const IniLine& line) {
-      visit(line);
-      return true;
-    });
+  WalkLines(UnitsOf(bytes_, encoding_, unitCount_), hasNul_, [&visit](const IniLine& line) {
+    visit(line);
+    return true;
   });
 }
 
 std::wstring IniDocument::Text(IniSpan span, std::size_t limit) const {
-  std::wstring text;
-  WithUnits([&](const auto& units) { text = Widen(units, {span.begin, std::min(span.length, limit)}); });
-  return text;
+  return Widen(UnitsOf(bytes_, encoding_, unitCount_), {span.begin, std::min(span.length, limit)});
 }
 
-char16_t IniDocument::Unit(std::size_t at) const {
-  char16_t unit = 0;
-  WithUnits([&](const auto& text) { unit = text[at]; });
-  return unit;
-}
+char16_t IniDocument::Unit(std::size_t at) const { return UnitsOf(bytes_, encoding_, unitCount_)[at]; }
 
 bool IniDocument::NameIs(IniSpan span, const std::wstring& name) const {
   if (span.length != name.size()) return false;
-  bool same = true;
-  WithUnits([&](const auto& text) {
-    for (std::size_t i = 0; i < span.length && same; ++i) same = FoldAscii(text[span.begin + i]) == FoldAscii(name[i]);
-  });
-  return same;
+  const Units text = UnitsOf(bytes_, encoding_, unitCount_);
+  for (std::size_t i = 0; i < span.length; ++i)
+    if (FoldAscii(text[span.begin + i]) != FoldAscii(name[i])) return false;
+  return true;
 }
 
 void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring>>& lookups) const {
@@ -395,56 +376,55 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
     if (!learning.empty() && whole) completeSections_.insert(learning.substr(0, learning.size() - 1));
     learning.clear();
   };
-  WithUnits([&](const auto& text) {
-    Wanted* current = nullptr;
-    std::size_t ahead = wanted.size();
-    std::wstring name;
-    WalkLines(text, hasNul_, [&](const IniLine& line) {
-      if (line.kind == IniLineKind::Header) {
-        finishSection();
-        current = nullptr;
-        for (Wanted& w : wanted) {
-          if (w.passed || !HoldsFolded(text, line.name, w.section)) continue;
-          w.passed = true;
-          current = &w;
-          --ahead;
-          break;
-        }
-        const bool fits = line.name.length <= kLongestRemembered;
-        if (fits) FoldInto(text, line.name, name);
-        const bool first = fits && headers.size() < kRememberedEntries && headers.insert(name).second;
-        if (first || (current != nullptr && fits)) {
-          learning = name + L'\0';
-          whole = true;
-        }
-        const bool more = ahead > 0 || current != nullptr || (rooms[1] > 0 && headers.size() < kRememberedEntries);
-        if (!more) learning.clear();  // the walk ends before this section's body
-        return more;
+  const Units text = UnitsOf(bytes_, encoding_, unitCount_);
+  Wanted* current = nullptr;
+  std::size_t ahead = wanted.size();
+  std::wstring name;
+  WalkLines(text, hasNul_, [&](const IniLine& line) {
+    if (line.kind == IniLineKind::Header) {
+      finishSection();
+      current = nullptr;
+      for (Wanted& w : wanted) {
+        if (w.passed || !HoldsFolded(text, line.name, w.section)) continue;
+        w.passed = true;
+        current = &w;
+        --ahead;
+        break;
       }
-      if (line.kind != IniLineKind::Entry) return true;
-      const IniFound entry{line.number, line.hasEquals, line.value};
-      std::size_t& room = rooms[current != nullptr ? 0 : 1];
-      if (!learning.empty() && (room == 0 || line.name.length > kLongestRemembered)) whole = false;
-      if (!learning.empty() && room > 0 && line.name.length <= kLongestRemembered) {
-        // Every entry takes room, a repeated name too, so a section of a million
-        // repeats is not folded a million times.
-        FoldInto(text, line.name, name);
-        found_.emplace(learning + name, entry);
-        --room;
+      const bool fits = line.name.length <= kLongestRemembered;
+      if (fits) FoldInto(text, line.name, name);
+      const bool first = fits && headers.size() < kRememberedEntries && headers.insert(name).second;
+      if (first || (current != nullptr && fits)) {
+        learning = name + L'\0';
+        whole = true;
       }
-      if (current == nullptr) return true;
-      const std::size_t length = line.name.length;
-      if (length > current->longest || (length < kLengthBits && (current->lengths >> length & 1) == 0))
-        return true;
+      const bool more = ahead > 0 || current != nullptr || (rooms[1] > 0 && headers.size() < kRememberedEntries);
+      if (!more) learning.clear();  // the walk ends before this section's body
+      return more;
+    }
+    if (line.kind != IniLineKind::Entry) return true;
+    const IniFound entry{line.number, line.hasEquals, line.value};
+    std::size_t& room = rooms[current != nullptr ? 0 : 1];
+    if (!learning.empty() && (room == 0 || line.name.length > kLongestRemembered)) whole = false;
+    if (!learning.empty() && room > 0 && line.name.length <= kLongestRemembered) {
+      // Every entry takes room, a repeated name too, so a section of a million
+      // repeats is not folded a million times.
       FoldInto(text, line.name, name);
-      const auto key = current->keys.find(name);
-      if (key != current->keys.end()) {
-        // The first entry of a name is the one read; later ones are not looked for.
-        *key->second = entry;
-        current->keys.erase(key);
-      }
+      found_.emplace(learning + name, entry);
+      --room;
+    }
+    if (current == nullptr) return true;
+    const std::size_t length = line.name.length;
+    if (length > current->longest || (length < kLengthBits && (current->lengths >> length & 1) == 0))
       return true;
-    });
+    FoldInto(text, line.name, name);
+    const auto key = current->keys.find(name);
+    if (key != current->keys.end()) {
+      // The first entry of a name is the one read; later ones are not looked for.
+      *key->second = entry;
+      current->keys.erase(key);
+    }
+    return true;
   });
   finishSection();
   // A section looked up that the whole walk did not meet has no keys at all.
@@ -473,11 +453,8 @@ std::wstring IniDocument::LookupText(const std::wstring& section, const std::wst
   if (bufferSize == 0) return std::wstring();
   const IniFound found = Find(section, key);
   if (found.line != 0 && found.hasEquals) {
-    std::wstring text;
-    WithUnits([&](const auto& units) {
-      text = Widen(units, CopiedPart(units, StoredValue(found.value), bufferSize));
-    });
-    return text;
+    const Units text = UnitsOf(bytes_, encoding_, unitCount_);
+    return Widen(text, CopiedPart(text, StoredValue(found.value), bufferSize));
   }
   // The default loses its trailing spaces (though never its first character) and is
   // otherwise copied as given, quotes included.
@@ -490,13 +467,11 @@ std::uint32_t IniDocument::LookupInt(const std::wstring& section, const std::wst
                                      std::int32_t defaultValue) const {
   // The text a lookup into kIntBufferSize characters would leave, read in place.
   const IniFound found = Find(section, key);
-  std::uint32_t value = static_cast<std::uint32_t>(defaultValue);
-  if (found.line == 0 || !found.hasEquals) return value;
-  WithUnits([&](const auto& text) {
-    const IniSpan part = CopiedPart(text, StoredValue(found.value), kIntBufferSize);
-    if (part.length != 0) value = ReadInt(text, part.begin, part.begin + part.length).value;
-  });
-  return value;
+  if (found.line == 0 || !found.hasEquals) return static_cast<std::uint32_t>(defaultValue);
+  const Units text = UnitsOf(bytes_, encoding_, unitCount_);
+  const IniSpan part = CopiedPart(text, StoredValue(found.value), kIntBufferSize);
+  if (part.length == 0) return static_cast<std::uint32_t>(defaultValue);
+  return ReadInt(text, part.begin, part.begin + part.length).value;
 }
 
 ProfileIntReading ReadProfileInt(const std::wstring& text) {

@@ -116,10 +116,6 @@ class IniDocument {
                           std::size_t bufferSize = 260) const;
 
  private:
-  // Calls use(units) with the text's units: code page 1252 bytes or UTF-16LE pairs.
-  template <class Use>
-  void WithUnits(const Use& use) const;
-
   std::string bytes_;
   IniEncoding encoding_;
   std::size_t lineCount_;
