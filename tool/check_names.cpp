@@ -16,6 +16,8 @@ namespace {
 constexpr std::size_t kMaxSuggestionDistance = 2;
 // Longer than any known name plus that distance, and than a per-view key of any index.
 constexpr std::size_t kLongestComparedName = 64;
+// A section's mask of name lengths has a bit for each length below this.
+constexpr std::size_t kLengthBits = 64;
 
 // A name the plug-in looks up, with the table row it belongs to.
 struct KnownName {
@@ -112,9 +114,8 @@ class NameChecker final : public LineCheck {
   }
 
  private:
-  // The known section or name a span holds, or the count of them.
-  // Only names of the right length are compared, which spares a file of a million
-  // short lines as many comparisons.
+  // The known section or name a span holds, or the count of them. Only names of the right
+  // length are compared, which spares a file of a million short lines as many comparisons.
   std::size_t KnownSectionOf(IniSpan name) const {
     std::size_t s = 0;
     while (s < known_.size() && (known_[s].name.size() != name.length || !document_.NameIs(name, known_[s].name))) ++s;
@@ -122,7 +123,7 @@ class NameChecker final : public LineCheck {
   }
   std::size_t KnownNameOf(IniSpan name) const {
     const std::vector<KnownName>& names = known_[current_].names;
-    if (name.length >= 64 || (known_[current_].lengths >> name.length & 1) == 0) return names.size();
+    if (name.length >= kLengthBits || (known_[current_].lengths >> name.length & 1) == 0) return names.size();
     std::size_t n = 0;
     while (n < names.size() && (names[n].folded.size() != name.length || !document_.NameIs(name, names[n].folded))) ++n;
     return n;
