@@ -1,0 +1,170 @@
+#include "platform/summary_information.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+#include "platform/compound_file.h"
+
+namespace hublet {
+namespace {
+
+// F29F85E0-4FF9-1068-AB91-08002B27B3D9 as stored: the first three fields little-endian.
+const std::uint8_t kSummaryFormatId[16] = {0xE0, 0x85, 0x9F, 0xF2, 0xF9, 0x4F, 0x68, 0x10,
+                                           0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9};
+const char16_t kStreamName[] = u"\x0005SummaryInformation";
+const std::uint32_t kCodePageId = 1, kTitleId = 2, kSubjectId = 3, kAuthorId = 4;
+const std::uint16_t kVtI2 = 2, kVtLpstr = 30, kVtLpwstr = 31;
+const unsigned kUtf16CodePage = 1200, kUtf8CodePage = 65001, kDefaultCodePage = 1252;
+// No stamp is near this long; a longer string is damage, not a name.
+const std::uint32_t kLongestString = 1u << 20;
+
+std::uint32_t Le32(const std::uint8_t* p) {
+  return static_cast<std::uint32_t>(p[0]) | static_cast<std::uint32_t>(p[1]) << 8 |
+         static_cast<std::uint32_t>(p[2]) << 16 | static_cast<std::uint32_t>(p[3]) << 24;
+}
+
+std::wstring Utf16ToWide(const std::string& bytes) {
+  std::wstring text;
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+    text += static_cast<wchar_t>(static_cast<std::uint8_t>(bytes[i]) | static_cast<std::uint8_t>(bytes[i + 1]) << 8);
+  return text;
+}
+
+std::wstring UpToNul(std::wstring text) {
+  const std::size_t nul = text.find(L'\0');
+  if (nul != std::wstring::npos) text.erase(nul);
+  return text;
+}
+
+// One section of a property set, bounded by the stream: Wine writes section sizes that
+// count padding the stream lacks, so the stream's end is the section's end when earlier.
+class Section {
+ public:
+  Section(StreamBytes& stream, std::uint64_t offset) : stream_(stream), offset_(offset) {
+    if (offset > stream.Size() || stream.Size() - offset < 8)
+      throw CompoundFileError("the property section lies outside the stream");
+    std::uint8_t header[8];
+    stream.ReadAt(offset, header, sizeof header);
+    size_ = std::min<std::uint64_t>(Le32(header), stream.Size() - offset);
+    count_ = Le32(header + 4);
+    if (size_ < 8 || count_ > (size_ - 8) / 8)
+      throw CompoundFileError("the property section counts " + std::to_string(count_) +
+                              " properties, more than it holds");
+  }
+
+  // Where each wanted property's value starts (0 when the section lacks it).
+  void Locate(const std::uint32_t* ids, std::uint64_t* offsets, std::size_t wanted) {
+    std::fill(offsets, offsets + wanted, 0);
+    std::uint8_t entries[8 * 64];
+    for (std::uint32_t first = 0; first < count_; first += 64) {
+      const std::uint32_t batch = std::min<std::uint32_t>(64, count_ - first);
+      stream_.ReadAt(offset_ + 8 + first * std::uint64_t{8}, entries, batch * 8);
+      for (std::uint32_t i = 0; i < batch; ++i)
+        for (std::size_t w = 0; w < wanted; ++w)
+          if (Le32(entries + 8 * i) == ids[w] && offsets[w] == 0) offsets[w] = Le32(entries + 8 * i + 4);
+    }
+  }
+
+  // count bytes at offset within the section, which must hold them.
+  std::string Bytes(std::uint64_t offset, std::uint64_t count) {
+    if (offset > size_ || count > size_ - offset)
+      throw CompoundFileError("a property runs past the end of its section");
+    std::string bytes(static_cast<std::size_t>(count), '\0');
+    if (count != 0) stream_.ReadAt(offset_ + offset, reinterpret_cast<std::uint8_t*>(&bytes[0]), bytes.size());
+    return bytes;
+  }
+
+  std::uint16_t Type(std::uint64_t offset) {
+    const std::string type = Bytes(offset, 4);
+    return static_cast<std::uint16_t>(static_cast<std::uint8_t>(type[0]) | static_cast<std::uint8_t>(type[1]) << 8);
+  }
+
+  std::string CountedBytes(std::uint64_t offset, std::uint32_t unit) {
+    const std::string count = Bytes(offset + 4, 4);
+    const std::uint32_t units = Le32(reinterpret_cast<const std::uint8_t*>(count.data()));
+    if (units > kLongestString) throw CompoundFileError("a string of " + std::to_string(units) + " units is absurd");
+    return Bytes(offset + 8, std::uint64_t{units} * unit);
+  }
+
+ private:
+  StreamBytes& stream_;
+  std::uint64_t offset_;
+  std::uint64_t size_ = 0;
+  std::uint32_t count_ = 0;
+};
+
+unsigned CodePage(Section& section, std::uint64_t offset) {
+  if (offset == 0 || section.Type(offset) != kVtI2) return kDefaultCodePage;
+  const std::string value = section.Bytes(offset + 4, 2);
+  return static_cast<std::uint8_t>(value[0]) | static_cast<unsigned>(static_cast<std::uint8_t>(value[1])) << 8;
+}
+
+SummaryText ReadText(Section& section, std::uint64_t offset, unsigned codePage) {
+  SummaryText text;
+  if (offset == 0) return text;
+  text.present = true;
+  const std::uint16_t type = section.Type(offset);
+  if (type == kVtLpwstr) {
+    text.value = UpToNul(Utf16ToWide(section.CountedBytes(offset, 2)));
+  } else if (type == kVtLpstr) {
+    // A Unicode set stores even its 8-bit strings as UTF-16, the count in bytes.
+    const std::string bytes = section.CountedBytes(offset, 1);
+    text.value = UpToNul(codePage == kUtf16CodePage ? Utf16ToWide(bytes) : CodePageToWide(codePage, bytes));
+  } else {
+    return text;
+  }
+  text.isText = true;
+  return text;
+}
+
+void ReadSet(StreamBytes& stream, SummaryInformation& info) {
+  info.status = SummaryStatus::kRead;
+  // A committed empty set may be left as an empty stream.
+  if (stream.Size() == 0) return;
+  std::uint8_t header[48];
+  if (stream.Size() < sizeof header) throw CompoundFileError("the property set's header is cut short");
+  stream.ReadAt(0, header, sizeof header);
+  if (header[0] != 0xFE || header[1] != 0xFF) throw CompoundFileError("the property set's byte order mark is not FFFE");
+  if (Le32(header + 24) == 0) throw CompoundFileError("the property set has no section");
+  if (std::memcmp(header + 28, kSummaryFormatId, sizeof kSummaryFormatId) != 0) {
+    info.status = SummaryStatus::kNoSummaryInformation;
+    return;
+  }
+  Section section(stream, Le32(header + 44));
+  const std::uint32_t ids[] = {kCodePageId, kTitleId, kSubjectId, kAuthorId};
+  std::uint64_t offsets[4];
+  section.Locate(ids, offsets, 4);
+  const unsigned codePage = CodePage(section, offsets[0]);
+  info.title = ReadText(section, offsets[1], codePage);
+  info.subject = ReadText(section, offsets[2], codePage);
+  info.author = ReadText(section, offsets[3], codePage);
+}
+
+}  // namespace
+
+SummaryInformation ReadSummaryFromBytes(ByteSource& source) {
+  SummaryInformation info;
+  if (!CompoundFile::HasSignature(source)) {
+    info.status = SummaryStatus::kNotCompoundFile;
+    return info;
+  }
+  try {
+    CompoundFile file(source);
+    const std::unique_ptr<StreamBytes> stream = file.OpenRootStream(kStreamName);
+    if (!stream) {
+      info.status = SummaryStatus::kNoSummaryInformation;
+      return info;
+    }
+    ReadSet(*stream, info);
+  } catch (const std::exception& error) {
+    info = SummaryInformation();
+    info.status = SummaryStatus::kUnreadable;
+    info.reason = error.what();
+  }
+  return info;
+}
+
+}  // namespace hublet
