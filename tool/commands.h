@@ -11,6 +11,7 @@ int RunCheckCommand(const std::vector<std::string>& arguments);
 int RunReplayCommand(const std::vector<std::string>& arguments);
 int RunReadCommand(const std::vector<std::string>& arguments);
 int RunKeysCommand(const std::vector<std::string>& arguments);
+int RunStampsCommand(const std::vector<std::string>& arguments);
 
 }  // namespace tool
 }  // namespace hublet

@@ -21,10 +21,11 @@ const char kHelp[] =
     "  read FILE SECTION KEY (--int D | --text D)\n"
     "                   what the plug-in's reader returns for one key\n"
     "  keys             the reference of every preference key\n"
+    "  stamps PATH...   who saved which scene files, and when, from the files' save stamps\n"
     "\n"
     "\"hublet help COMMAND\" or \"hublet COMMAND --help\" describes each command;\n"
     "\"hublet --version\" prints the version.\n"
-    "Exit status: 0 fine, 1 problems found (check), 2 bad usage, unreadable input or\n"
+    "Exit status: 0 fine, 1 problems found (check, stamps), 2 bad usage, unreadable input or\n"
     "output that cannot be written.\n";
 
 using Command = int (*)(const std::vector<std::string>&);
@@ -35,6 +36,7 @@ Command FindCommand(const std::string& name) {
   if (name == "replay") return RunReplayCommand;
   if (name == "read") return RunReadCommand;
   if (name == "keys") return RunKeysCommand;
+  if (name == "stamps") return RunStampsCommand;
   return nullptr;
 }
 

@@ -13,11 +13,9 @@ bool IsControl(wchar_t c) { return c < 0x20 || (c >= 0x7F && c <= 0x9F); }
 
 }  // namespace
 
-std::string Shown(const std::wstring& text) {
-  const bool cut = text.size() > kShownLength;
+std::string Escaped(const std::wstring& text) {
   std::wstring escaped;
-  for (std::size_t i = 0; i < text.size() && i < kShownLength; ++i) {
-    const wchar_t c = text[i];
+  for (const wchar_t c : text) {
     if (IsControl(c)) {
       const wchar_t* const hex = L"0123456789ABCDEF";
       escaped += std::wstring(L"\\x") + hex[(c >> 4) & 0xF] + hex[c & 0xF];
@@ -25,7 +23,12 @@ std::string Shown(const std::wstring& text) {
       escaped += c;
     }
   }
-  return WideToUtf8(escaped) + (cut ? "..." : "");
+  return WideToUtf8(escaped);
+}
+
+std::string Shown(const std::wstring& text) {
+  if (text.size() <= kShownLength) return Escaped(text);
+  return Escaped(text.substr(0, kShownLength)) + "...";
 }
 
 std::string Quoted(const std::wstring& text) { return "\"" + Shown(text) + "\""; }

@@ -5,8 +5,10 @@
 namespace hublet {
 namespace tool {
 
-// UTF-8 with control characters (C0, DEL and C1) escaped as \xNN, so that nothing from
-// the file reaches a terminal raw, and cut at 80 characters ("...") so that a huge name
+// UTF-8 with control characters (C0, DEL and C1) escaped as \xNN, so that nothing read
+// from a file reaches a terminal raw.
+std::string Escaped(const std::wstring& text);
+// The same, and cut at 80 characters ("...") so that a huge name
 // stays readable.
 std::string Shown(const std::wstring& text);
 // The same in double quotes.
