@@ -167,4 +167,15 @@ SummaryInformation ReadSummaryFromBytes(ByteSource& source) {
   return info;
 }
 
+SummaryInformation ReadSummaryFromFile(const std::wstring& path) {
+  std::string error;
+  const std::unique_ptr<ByteSource> bytes = OpenFileBytes(path, error);
+  if (!bytes) {
+    SummaryInformation info;
+    info.reason = error;
+    return info;
+  }
+  return ReadSummaryFromBytes(*bytes);
+}
+
 }  // namespace hublet

@@ -32,6 +32,8 @@ struct SummaryInformation {
 };
 
 SummaryInformation ReadSummaryInformation(const std::wstring& path);
+// The portable reader, on a file and on any bytes.
+SummaryInformation ReadSummaryFromFile(const std::wstring& path);
 SummaryInformation ReadSummaryFromBytes(ByteSource& source);
 
 // 8-bit text in a Windows code page as UTF-16; throws std::runtime_error for a code page

@@ -1,7 +1,6 @@
 #include <iconv.h>
 
 #include <cerrno>
-#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -45,15 +44,6 @@ std::wstring CodePageToWide(unsigned codePage, const std::string& bytes) {
   return text;
 }
 
-SummaryInformation ReadSummaryInformation(const std::wstring& path) {
-  std::string error;
-  const std::unique_ptr<ByteSource> bytes = OpenFileBytes(path, error);
-  if (!bytes) {
-    SummaryInformation info;
-    info.reason = error;
-    return info;
-  }
-  return ReadSummaryFromBytes(*bytes);
-}
+SummaryInformation ReadSummaryInformation(const std::wstring& path) { return ReadSummaryFromFile(path); }
 
 }  // namespace hublet

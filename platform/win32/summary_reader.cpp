@@ -14,7 +14,6 @@ namespace {
 // F29F85E0-4FF9-1068-AB91-08002B27B3D9, written out so no GUID library is needed.
 const FMTID kSummaryFormatId = {0xF29F85E0, 0x4FF9, 0x1068, {0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9}};
 const IID kPropertySetStorageId = {0x0000013A, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
-const unsigned kUtf16CodePage = 1200;
 
 std::string Hex(HRESULT result) {
   char text[16];
@@ -22,7 +21,18 @@ std::string Hex(HRESULT result) {
   return text;
 }
 
-SummaryText TextOf(const PROPVARIANT& value, unsigned codePage) {
+// Where structured storage gives up on a file, the portable reader tells what is wrong
+// with it in words, not as an error code.
+SummaryInformation Unreadable(const std::wstring& path, const std::string& what, HRESULT result) {
+  SummaryInformation portable = ReadSummaryFromFile(path);
+  if (portable.status == SummaryStatus::kRead) {
+    portable = SummaryInformation();
+    portable.reason = what + " (" + Hex(result) + ")";
+  }
+  return portable;
+}
+
+SummaryText TextOf(const PROPVARIANT& value) {
   SummaryText text;
   if (value.vt == VT_EMPTY) return text;
   text.present = true;
@@ -30,7 +40,7 @@ SummaryText TextOf(const PROPVARIANT& value, unsigned codePage) {
     text.value = value.pwszVal;
     text.isText = true;
   } else if (value.vt == VT_LPSTR && value.pszVal != nullptr) {
-    text.value = CodePageToWide(codePage, value.pszVal);
+    text.value = CodePageToWide(CP_ACP, value.pszVal);
     text.isText = true;
   }
   return text;
@@ -57,18 +67,21 @@ std::wstring CodePageToWide(unsigned codePage, const std::string& bytes) {
 
 SummaryInformation ReadSummaryInformation(const std::wstring& path) {
   SummaryInformation info;
-  IPropertySetStorage* sets = nullptr;
+  // Opened as a storage, then asked for its property sets: Wine's StgOpenStorageEx hands
+  // back the storage whatever interface is asked for.
+  IStorage* storage = nullptr;
   HRESULT result = StgOpenStorageEx(path.c_str(), STGM_READ | STGM_SHARE_DENY_WRITE, STGFMT_STORAGE, 0, nullptr,
-                                    nullptr, kPropertySetStorageId, reinterpret_cast<void**>(&sets));
+                                    nullptr, IID_IStorage, reinterpret_cast<void**>(&storage));
   if (result == STG_E_FILEALREADYEXISTS) {
     // What structured storage answers for a file that is not a compound file.
     info.status = SummaryStatus::kNotCompoundFile;
     return info;
   }
-  if (FAILED(result)) {
-    info.reason = "structured storage cannot open it (" + Hex(result) + ")";
-    return info;
-  }
+  if (FAILED(result)) return Unreadable(path, "structured storage cannot open it", result);
+  IPropertySetStorage* sets = nullptr;
+  result = storage->QueryInterface(kPropertySetStorageId, reinterpret_cast<void**>(&sets));
+  Release(storage);
+  if (FAILED(result)) return Unreadable(path, "the file has no property sets", result);
   IPropertyStorage* properties = nullptr;
   result = sets->Open(kSummaryFormatId, STGM_READ | STGM_SHARE_EXCLUSIVE, &properties);
   Release(sets);
@@ -76,37 +89,23 @@ SummaryInformation ReadSummaryInformation(const std::wstring& path) {
     info.status = SummaryStatus::kNoSummaryInformation;
     return info;
   }
-  if (FAILED(result)) {
-    info.reason = "the summary information cannot be opened (" + Hex(result) + ")";
-    return info;
-  }
-  PROPSPEC specs[4];
-  PROPVARIANT values[4];
-  for (ULONG i = 0; i < 4; ++i) {
+  if (FAILED(result)) return Unreadable(path, "the summary information cannot be opened", result);
+  PROPSPEC specs[3];
+  PROPVARIANT values[3];
+  for (ULONG i = 0; i < 3; ++i) {
     specs[i].ulKind = PRSPEC_PROPID;
-    specs[i].propid = i + 1;  // code page, title, subject, author
+    specs[i].propid = i + 2;  // title, subject, author
     PropVariantInit(&values[i]);
   }
-  result = properties->ReadMultiple(4, specs, values);
+  result = properties->ReadMultiple(3, specs, values);
   Release(properties);
-  if (FAILED(result)) {
-    info.reason = "the summary information cannot be read (" + Hex(result) + ")";
-    return info;
-  }
-  // 8-bit strings come back in the set's code page, or in the system's when the set is
-  // stored as UTF-16.
-  unsigned codePage = values[0].vt == VT_I2 ? static_cast<unsigned short>(values[0].iVal) : CP_ACP;
-  if (codePage == kUtf16CodePage) codePage = CP_ACP;
-  try {
-    info.title = TextOf(values[1], codePage);
-    info.subject = TextOf(values[2], codePage);
-    info.author = TextOf(values[3], codePage);
-    info.status = SummaryStatus::kRead;
-  } catch (const std::exception& error) {
-    info = SummaryInformation();
-    info.reason = error.what();
-  }
-  FreePropVariantArray(4, values);
+  if (FAILED(result)) return Unreadable(path, "the summary information cannot be read", result);
+  // 8-bit strings come back converted to the system's code page, whatever the set's.
+  info.title = TextOf(values[0]);
+  info.subject = TextOf(values[1]);
+  info.author = TextOf(values[2]);
+  info.status = SummaryStatus::kRead;
+  FreePropVariantArray(3, values);
   return info;
 }
 
