@@ -4,8 +4,6 @@
 // figures are the plug-in's own and not the simulator's. The README holds the
 // targets and the last figures.
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/temp_files.h"
 #include "frame/hublet.h"
 #include "host/host_constants.h"
 #include "platform/profile.h"
@@ -130,31 +129,6 @@ struct Plugin {
 
 // ---- Files ----
 
-// Kept alive to the very end (never destroyed), so that the clean-up at exit can use them.
-std::vector<std::string>& TempFiles() {
-  static std::vector<std::string>* files = new std::vector<std::string>;
-  return *files;
-}
-
-void RemoveTempFiles() {
-  for (const std::string& file : TempFiles()) std::remove(file.c_str());
-}
-
-const std::string& TempDirectory() {
-  static const std::string* directory = new std::string([] {
-    const char* base = std::getenv("TMPDIR");
-    std::string pattern = std::string(base && *base ? base : "/tmp") + "/hublet-bench-XXXXXX";
-    std::vector<char> name(pattern.begin(), pattern.end());
-    name.push_back('\0');
-    if (::mkdtemp(name.data()) == nullptr) std::abort();
-    // Files first, then the directory: atexit runs in reverse order of registration.
-    std::atexit([] { ::rmdir(TempDirectory().c_str()); });
-    std::atexit(RemoveTempFiles);
-    return std::string(name.data());
-  }());
-  return *directory;
-}
-
 std::string ReadAll(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   std::ostringstream bytes;
@@ -165,7 +139,7 @@ std::string ReadAll(const std::string& path) {
 std::string WriteTemp(const std::string& name, const std::string& bytes) {
   const std::string path = TempDirectory() + "/" + name;
   std::ofstream(path, std::ios::binary) << bytes;
-  TempFiles().push_back(path);
+  RemoveAtExit(path);
   return path;
 }
 

@@ -10,11 +10,12 @@
 #   HUBLET_FUZZ_JOBS=2 scripts/fuzz.sh 3600       two workers per target (fork mode)
 #   HUBLET_FUZZ_CORPUS=~/hublet-corpus scripts/fuzz.sh   keep what the runs find there
 #
-# Seeds are fuzz/corpus/ and the words fuzz/preference.dict. What a run finds collects in
-# a folder per target under build/fuzz/corpus/ (or HUBLET_FUZZ_CORPUS) and is reused by
-# the next run. A crash, a sanitizer report, a broken invariant or an input slower than
-# 10 s is written to build/fuzz/artifacts/ and makes this script exit non-zero; replay one
-# with build/fuzz/fuzz/TARGET build/fuzz/artifacts/<file>.
+# Seeds are fuzz/corpus/ and the words fuzz/preference.dict (for scene files:
+# fuzz/scene_corpus/, no words). What a run finds collects in a folder per target under
+# build/fuzz/corpus/ (or HUBLET_FUZZ_CORPUS) and is reused by the next run. A crash, a
+# sanitizer report, a broken invariant or an input slower than 10 s is written to
+# build/fuzz/artifacts/ and makes this script exit non-zero; replay one with
+# build/fuzz/fuzz/TARGET build/fuzz/artifacts/<file>.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -38,15 +39,17 @@ mkdir -p "$build/artifacts"
 for target in $targets; do
   mkdir -p "$corpus/$target"
   # The whole-session target takes files of any size; the narrow ones stay small and fast.
-  max_len=4096
+  max_len=4096 seeds=fuzz/corpus words=(-dict=fuzz/preference.dict)
   [ "$target" = preference_file_fuzzer ] && max_len=65536
-  options=(-timeout=10 -rss_limit_mb=2048 -max_len="$max_len" -dict=fuzz/preference.dict
+  # Scene files: seeds of their own, no preference words, room for a few sectors.
+  [ "$target" = summary_file_fuzzer ] && max_len=16384 seeds=fuzz/scene_corpus words=()
+  options=(-timeout=10 -rss_limit_mb=2048 -max_len="$max_len" "${words[@]}"
            -print_final_stats=1 -artifact_prefix="$build/artifacts/$target-")
   if [ -n "$runs" ]; then options+=(-runs="$runs"); else options+=(-max_total_time="$seconds"); fi
   # With more than one job, libFuzzer's fork mode runs that many workers on one corpus.
   [ "$jobs" -gt 1 ] && options+=(-fork="$jobs")
   echo "== $target"
-  "$build/fuzz/$target" "${options[@]}" "$corpus/$target" fuzz/corpus 2>&1 |
+  "$build/fuzz/$target" "${options[@]}" "$corpus/$target" "$seeds" 2>&1 |
     grep -E '^(stat::number_of_executed_units|stat::average_exec_per_sec|INFO: Running|==[0-9]+==|invariant|SUMMARY|Done)' || true
   status=${PIPESTATUS[0]}
   [ "$status" -eq 0 ] || { echo "fuzz: $target failed (status $status); see $build/artifacts/" >&2; exit 1; }
