@@ -17,7 +17,7 @@ const std::uint8_t kSummaryFormatId[16] = {0xE0, 0x85, 0x9F, 0xF2, 0xF9, 0x4F, 0
 const char16_t kStreamName[] = u"\x0005SummaryInformation";
 const std::uint32_t kCodePageId = 1, kTitleId = 2, kSubjectId = 3, kAuthorId = 4;
 const std::uint16_t kVtI2 = 2, kVtLpstr = 30, kVtLpwstr = 31;
-const unsigned kUtf16CodePage = 1200, kUtf8CodePage = 65001, kDefaultCodePage = 1252;
+const unsigned kUtf16CodePage = 1200, kDefaultCodePage = 1252;
 // No stamp is near this long; a longer string is damage, not a name.
 const std::uint32_t kLongestString = 1u << 20;
 
