@@ -147,21 +147,5 @@ TEST(SummaryCrossCheck, BothReadersAgreeOnFilesWrittenByTheSystem) {
   EXPECT_EQ(files, 72);
 }
 
-TEST(SummaryCrossCheck, StatusesAgreeToo) {
-  testing::ScratchFile text("[MYVIEW]\r\nFPS=25\r\n");
-  EXPECT_EQ(ReadSummaryInformation(text.path()).status, SummaryStatus::kNotCompoundFile);
-  testing::ScratchFile bare;
-  IStorage* storage = nullptr;
-  ASSERT_EQ(StgCreateStorageEx(bare.path().c_str(), STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE,
-                               STGFMT_DOCFILE, 0, nullptr, nullptr, IID_IStorage, reinterpret_cast<void**>(&storage)),
-            S_OK);
-  storage->Release();
-  EXPECT_EQ(ReadSummaryInformation(bare.path()).status, SummaryStatus::kNoSummaryInformation);
-  std::string error;
-  const std::unique_ptr<ByteSource> bytes = OpenFileBytes(bare.path(), error);
-  ASSERT_TRUE(bytes);
-  EXPECT_EQ(ReadSummaryFromBytes(*bytes).status, SummaryStatus::kNoSummaryInformation);
-}
-
 }  // namespace
 }  // namespace hublet
