@@ -26,7 +26,7 @@ def main(bundle, version):
     for path in named:
         if not path or not os.path.isfile(os.path.join(bundle, path)):
             problems.append(f"named but not in the bundle: {path!r}")
-    for path in ("Contents/hublet.exe", "Contents/Vantor.ini", "Contents/docs/preferences.md"):
+    for path in ("Contents/hublet.exe", "Contents/Vantor.ini", "Contents/README.md", "Contents/docs/preferences.md"):
         if not os.path.isfile(os.path.join(bundle, path)):
             problems.append(f"missing from the bundle: {path}")
     for problem in problems:
