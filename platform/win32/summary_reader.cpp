@@ -13,6 +13,7 @@ namespace {
 
 // F29F85E0-4FF9-1068-AB91-08002B27B3D9, written out so no GUID library is needed.
 const FMTID kSummaryFormatId = {0xF29F85E0, 0x4FF9, 0x1068, {0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9}};
+const IID kStorageId = {0x0000000B, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 const IID kPropertySetStorageId = {0x0000013A, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 
 std::string Hex(HRESULT result) {
@@ -71,7 +72,7 @@ SummaryInformation ReadSummaryInformation(const std::wstring& path) {
   // back the storage whatever interface is asked for.
   IStorage* storage = nullptr;
   HRESULT result = StgOpenStorageEx(path.c_str(), STGM_READ | STGM_SHARE_DENY_WRITE, STGFMT_STORAGE, 0, nullptr,
-                                    nullptr, IID_IStorage, reinterpret_cast<void**>(&storage));
+                                    nullptr, kStorageId, reinterpret_cast<void**>(&storage));
   if (result == STG_E_FILEALREADYEXISTS) {
     // What structured storage answers for a file that is not a compound file.
     info.status = SummaryStatus::kNotCompoundFile;
