@@ -5,7 +5,11 @@
 namespace hublet {
 
 void SimSession::UsePreferenceFile(const std::wstring& realPath) {
-  system.MapFile(JoinHostPath(host.DirectoryOf(host::kDirPlugCfg), kPreferenceFileName), realPath);
+  system.MapFile(PreferenceFileHostPath(), realPath);
+}
+
+std::wstring SimSession::PreferenceFileHostPath() const {
+  return JoinHostPath(host.DirectoryOf(host::kDirPlugCfg), kPreferenceFileName);
 }
 
 void SimSession::Load() { hublet.reset(new Hublet(host, system)); }

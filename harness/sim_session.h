@@ -19,6 +19,8 @@ class SimSession {
 
   // Serves realPath where the plug-in looks for its preference file.
   void UsePreferenceFile(const std::wstring& realPath);
+  // Where the plug-in looks for it, as the host's plug-in configuration directory now says.
+  std::wstring PreferenceFileHostPath() const;
   void Load();
   void Start();
   void Unload() {

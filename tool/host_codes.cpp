@@ -34,6 +34,28 @@ const HostCode kLayoutCodes[] = {
     {0xc1, "VP_LAYOUT_1C"},
 };
 
+// The notification codes the plug-in hooks, named as in notify.h.
+const HostCode kNotificationCodeNames[] = {
+    {host::kNotifySystemPreReset, "NOTIFY_SYSTEM_PRE_RESET"}, {host::kNotifySystemPostReset, "NOTIFY_SYSTEM_POST_RESET"},
+    {host::kNotifySystemPreNew, "NOTIFY_SYSTEM_PRE_NEW"},     {host::kNotifySystemPostNew, "NOTIFY_SYSTEM_POST_NEW"},
+    {host::kNotifyFilePreOpen, "NOTIFY_FILE_PRE_OPEN"},       {host::kNotifyFilePostOpen, "NOTIFY_FILE_POST_OPEN"},
+    {host::kNotifyFilePreMerge, "NOTIFY_FILE_PRE_MERGE"},     {host::kNotifyFilePostMerge, "NOTIFY_FILE_POST_MERGE"},
+    {host::kNotifyFilePreSave, "NOTIFY_FILE_PRE_SAVE"},       {host::kNotifyFilePostSave, "NOTIFY_FILE_POST_SAVE"},
+    {host::kNotifyPreRender, "NOTIFY_PRE_RENDER"},            {host::kNotifyPostRender, "NOTIFY_POST_RENDER"},
+    {host::kNotifyPreImport, "NOTIFY_PRE_IMPORT"},            {host::kNotifyPostImport, "NOTIFY_POST_IMPORT"},
+    {host::kNotifyPreExport, "NOTIFY_PRE_EXPORT"},            {host::kNotifyPostExport, "NOTIFY_POST_EXPORT"},
+    {host::kNotifySystemStartup, "NOTIFY_SYSTEM_STARTUP"},
+};
+
+// The directories the plug-in asks for, named as in maxapi.h.
+const HostCode kDirectoryNames[] = {{host::kDirPlugCfg, "APP_PLUGCFG_DIR"}, {host::kDirScripts, "APP_SCRIPTS_DIR"}};
+
+// The summary-information property IDs of the stamp, named as in the Windows SDK.
+const HostCode kSummaryPropertyNames[] = {
+    {host::kPropertyTitle, "PIDSI_TITLE"}, {host::kPropertySubject, "PIDSI_SUBJECT"}, {host::kPropertyAuthor, "PIDSI_AUTHOR"}};
+
+const HostCode kCameraTypeNames[] = {{host::kTargetedCamera, "targeted camera"}};
+
 template <std::size_t N>
 constexpr std::size_t CountOf(const HostCode (&)[N]) {
   return N;
@@ -46,10 +68,20 @@ const HostCodeSet kShadingStyles = {"shading styles (VP0STYLE to VP3STYLE)", kSh
                                     CountOf(kShadingStyleCodes)};
 const HostCodeSet kViewportLayouts = {"viewport layouts (VPLAYOUT)", kLayoutCodes, CountOf(kLayoutCodes)};
 
+const HostCodeSet kNotificationCodes = {"notification codes", kNotificationCodeNames, CountOf(kNotificationCodeNames)};
+const HostCodeSet kDirectoryIds = {"directory IDs", kDirectoryNames, CountOf(kDirectoryNames)};
+const HostCodeSet kSummaryPropertyIds = {"summary property IDs", kSummaryPropertyNames, CountOf(kSummaryPropertyNames)};
+const HostCodeSet kCameraTypes = {"camera types", kCameraTypeNames, CountOf(kCameraTypeNames)};
+
 const char* HostCodeName(const HostCodeSet& set, int code) {
   for (std::size_t i = 0; i < set.count; ++i)
     if (set.codes[i].code == code) return set.codes[i].name;
   return nullptr;
+}
+
+std::string HostCodeText(const HostCodeSet& set, int code) {
+  const char* name = HostCodeName(set, code);
+  return name == nullptr ? std::string() : name;
 }
 
 }  // namespace tool

@@ -1,12 +1,15 @@
 #include "tool/replay.h"
 
-#include <algorithm>
-
 #include "frame/interface_table.h"
-#include "host/sim/sim_arguments.h"
 #include "harness/sim_session.h"
+#include "host/sim/sim_arguments.h"
+#include "settings/preference_keys.h"
 #include "toolbar/toolbar.h"
+#include "tool/check.h"
 #include "tool/command_line.h"
+#include "tool/host_codes.h"
+#include "tool/json_writer.h"
+#include "tool/replay_host.h"
 
 namespace hublet {
 namespace tool {
@@ -31,14 +34,15 @@ const NamedNotification kNotifications[] = {
 };
 const char* const kPairs[] = {"reset", "new", "open", "merge", "save", "render", "import", "export"};
 
-ReplayEvent OfKind(ReplayEvent::Kind kind) {
+ReplayEvent OfKind(ReplayEvent::Kind kind, const std::string& word) {
   ReplayEvent event;
   event.kind = kind;
+  event.word = word;
   return event;
 }
 
 ReplayEvent Notification(const std::string& name, int code) {
-  ReplayEvent event = OfKind(ReplayEvent::Kind::Notification);
+  ReplayEvent event = OfKind(ReplayEvent::Kind::Notification, name);
   event.name = name;
   event.code = code;
   return event;
@@ -57,109 +61,243 @@ std::vector<std::string> Split(const std::string& text, char separator) {
 
 std::string Int(int value) { return std::to_string(value); }
 
-// The host as the options set it up, before the plug-in is loaded.
-void PrepareHost(SimSession& session, const ReplayOptions& options) {
-  SimHost& host = session.host;
-  session.system.userName = options.userName;
-  session.system.hostName = options.hostName;
-  session.system.today = options.date;
-  host.SetTime(options.time);
-  if (options.renderer == ReplayOptions::Renderer::None) host.RemoveRenderer();
-  if (options.renderer == ReplayOptions::Renderer::Chosen) host.SetRenderer(options.rendererId);
-  for (const ReplayProperty& p : options.properties) {
-    if (p.hasValue)
-      host.SetProperty(host::kPropertySetSummary, p.id, p.text);
-    else
-      host.SetPropertyWithoutValue(host::kPropertySetSummary, p.id);
-  }
-  for (const auto& vt : options.viewportTypes) host.viewport(vt.first).type = vt.second;
-  if (options.toolbarScriptExists) host.AddFile(ToolbarScriptPath(host));
-  if (options.usePreferenceFile) session.UsePreferenceFile(options.preferenceFile);
-  session.transcript.Clear();  // setting up is not the plug-in's doing
-}
-
-std::string HostDescription(SimSession& session, const ReplayOptions& options) {
-  SimHost& host = session.host;
-  std::string out = "# host: user " + FormatText(options.userName) + ", machine " + FormatText(options.hostName) +
-                    ", date " + Int(options.date.day) + "-" + Int(options.date.month) + "-" +
-                    Int(options.date.year) + ", time " + Int(options.time) + "\n";
-  out += "# renderer: ";
-  if (options.renderer == ReplayOptions::Renderer::None)
-    out += "none";
-  else
-    out += FormatClassId(options.renderer == ReplayOptions::Renderer::Chosen ? options.rendererId
-                                                                              : SimHost::kDefaultRenderer);
-  out += "\n# viewports:";
-  for (int i = 0; i < SimHost::kViewportCount; ++i) out += " " + Int(i) + "=type " + Int(host.viewport(i).type);
-  out += ", active " + Int(host.activeViewport) + "\n";
-  out += "# summary properties:";
-  const struct {
-    const char* name;
-    int id;
-  } properties[] = {{"author", host::kPropertyAuthor}, {"subject", host::kPropertySubject}, {"title", host::kPropertyTitle}};
-  bool any = false;
-  for (const auto& p : properties) {
-    // The last option for a property is what the host holds.
-    const ReplayProperty* given = nullptr;
-    for (const ReplayProperty& option : options.properties)
-      if (option.id == p.id) given = &option;
-    if (given == nullptr) continue;
-    out += std::string(any ? ", " : " ") + p.name + " " + (given->hasValue ? FormatText(given->text) : "(no value)");
-    any = true;
-  }
-  out += any ? "\n" : " none\n";
-  out += std::string("# toolbar script: ") + (options.toolbarScriptExists ? "present" : "absent") + "\n";
-  return out;
-}
-
-// Header line, then every host call since the last group, indented.
-void Flush(std::string& out, SimSession& session, const std::string& header) {
-  out += "== " + header + "\n";
-  for (const std::string& line : session.transcript.lines()) out += "  " + line + "\n";
-  session.transcript.Clear();
-}
-
-std::string RunEvent(SimSession& session, const ReplayEvent& event) {
-  SimHost& host = session.host;
-  switch (event.kind) {
-    case ReplayEvent::Kind::Notification:
-      host.Raise(event.code);
-      return event.name + " (notification " + Int(event.code) + ")";
-    case ReplayEvent::Kind::Redraw: {
-      const int index = event.viewport >= 0 ? event.viewport : host.activeViewport;
-      SimView& view = host.viewport(index);
-      if (event.setsType) {
-        view.type = event.viewType;
-        if (view.type != host::kViewCamera) view.camera = nullptr;
-      }
-      const std::string header = "redraw viewport " + Int(index) + " (type " + Int(view.type) + ")";
-      host.Redraw(index);
-      return header;
-    }
-    case ReplayEvent::Kind::Call: {
-      std::string result;
-      try {
-        const SimArguments arguments = event.hasArgument ? SimArguments({event.argument}) : SimArguments();
-        const int status = session.hublet->CallInterface(event.functionId, arguments);
-        result = "-> status " + Int(status);
-        if (const InterfaceFunction* function = FindInterfaceFunction(event.functionId))
-          result += ", " + std::string(function->fieldName) + " = " + Int(session.hublet->state.settings.*function->field);
-      } catch (const OutOfRangeError& error) {
-        result = "-> throws OutOfRangeException(" + FormatText(error.Message()) + ")";
-      }
-      session.transcript.Add(result);
-      return "call " + Int(event.functionId) + (event.hasArgument ? " " + Int(event.argument) : " (no argument)");
-    }
-    case ReplayEvent::Kind::Toolbar:
-      ReinstallToolbar(host);
-      return "toolbar";
-  }
-  return std::string();
-}
-
 int EventNumber(const std::string& text, const std::string& event, const char* what) {
   return ParseInt32(text, std::string(what) + " in \"" + event + "\"");
 }
+
+ReplayEvent ParseRedraw(const std::string& text, const std::vector<std::string>& parts) {
+  ReplayEvent event = OfKind(ReplayEvent::Kind::Redraw, text);
+  if (parts.size() >= 2) {
+    event.setsType = true;
+    event.viewType = EventNumber(parts[1], text, "the view type");
+  }
+  if (parts.size() == 3) {
+    event.viewport = EventNumber(parts[2], text, "the viewport");
+    if (event.viewport < 0 || event.viewport >= SimHost::kViewportCount)
+      throw UsageError("the viewport in \"" + text + "\" must be 0 to " + Int(SimHost::kViewportCount - 1));
+  }
+  return event;
+}
+
+// A host change written as an event: NAME or NAME:VALUE.
+bool ParseHostEvent(const std::string& text, ReplayEvent& event) {
+  const std::size_t colon = text.find(':');
+  const std::string name = text.substr(0, colon);
+  const std::string value = colon == std::string::npos ? std::string() : text.substr(colon + 1);
+  HostChange change;
+  try {
+    if (!ParseHostChange(name, colon == std::string::npos ? nullptr : &value, change)) return false;
+  } catch (const UsageError& error) {
+    throw UsageError("\"" + text + "\": " + error.what());
+  }
+  event = OfKind(ReplayEvent::Kind::Host, text);
+  event.change = change;
+  return true;
+}
+
+std::string FunctionNote(int id) {
+  const InterfaceFunction* function = FindInterfaceFunction(id);
+  return function == nullptr ? "no such function" : function->fieldName;
+}
+
+// --- The plug-in's state, as the state event shows it ---
+
+std::string StateText(const PluginState& state) {
+  const bool saved = state.saveDay != 0;
+  std::string text = "sceneTime " + Int(state.sceneTime) + ", sceneBusy " + Int(state.sceneBusy) +
+                     ", last save " +
+                     (saved ? FormatDate(LocalDate{state.saveDay, state.saveMonth, state.saveYear}) : "none");
+  const HubletSettings& s = state.settings;
+  for (const ReadWhen when : {ReadWhen::AtStart, ReadWhen::LayoutStage, ReadWhen::GammaStage, ReadWhen::FrameRateStage}) {
+    text += std::string("\n") + ReadWhenId(when) + ":";
+    const char* separator = " ";
+    for (std::size_t k = 0; k < kPreferenceKeyCount; ++k) {
+      const PreferenceKey& key = kPreferenceKeys[k];
+      if (key.when != when) continue;
+      text += separator + std::string(key.field) + " ";
+      separator = ", ";
+      if (key.intField != nullptr) text += Int(s.*key.intField);
+      if (key.floatField != nullptr) text += FormatFloat(s.*key.floatField);
+      if (key.viewField != nullptr) {
+        text += "[";
+        for (int i = 0; i < kStoredViewCount; ++i) text += (i > 0 ? " " : "") + Int((s.*key.viewField)[i]);
+        text += "]";
+      }
+    }
+  }
+  return text;
+}
+
+std::string StateJson(const PluginState& state) {
+  const bool saved = state.saveDay != 0;
+  std::string json = "{\"sceneTime\": " + Int(state.sceneTime) + ", \"sceneBusy\": " + Int(state.sceneBusy) +
+                     ", \"lastSave\": " +
+                     (saved ? JsonString(FormatDate(LocalDate{state.saveDay, state.saveMonth, state.saveYear}))
+                            : "null") +
+                     ", \"settings\": {";
+  const HubletSettings& s = state.settings;
+  for (std::size_t k = 0; k < kPreferenceKeyCount; ++k) {
+    const PreferenceKey& key = kPreferenceKeys[k];
+    json += (k > 0 ? ", " : "") + JsonString(key.field) + ": ";
+    if (key.intField != nullptr) json += Int(s.*key.intField);
+    if (key.floatField != nullptr) json += JsonFloat(s.*key.floatField);
+    if (key.viewField != nullptr) {
+      json += "[";
+      for (int i = 0; i < kStoredViewCount; ++i) json += (i > 0 ? ", " : "") + Int((s.*key.viewField)[i]);
+      json += "]";
+    }
+  }
+  return json + "}}";
+}
+
+// --- Running ---
+
+class Runner {
+ public:
+  explicit Runner(const ReplayOptions& options) : options_(options), hostState_(session_) {}
+
+  ReplayRecord Run(const std::vector<ReplayEvent>& events) {
+    for (const HostChange& change : options_.host) hostState_.Apply(change);
+    record_.host = hostState_.Describe();
+    Begin("load", std::string());
+    session_.Load();
+    Finish();
+    Begin("start", std::string());
+    session_.Start();
+    Finish();
+    for (const ReplayEvent& event : events) {
+      const int requests = session_.host.redrawRequests;
+      RunEvent(event);
+      FollowRedraws(requests);
+    }
+    Begin("unload", std::string());
+    session_.Unload();
+    Finish();
+    return std::move(record_);
+  }
+
+ private:
+  void Begin(const std::string& header, const std::string& note) {
+    ReplayGroup group;
+    group.event = header;
+    group.note = note;
+    record_.groups.push_back(group);
+    busyBefore_ = session_.hublet ? session_.hublet->state.sceneBusy : 0;
+  }
+
+  // The calls since Begin, and sceneBusy when the group changed it.
+  void Finish() {
+    ReplayGroup& group = record_.groups.back();
+    group.calls = session_.transcript.calls();
+    session_.transcript.Clear();
+    if (session_.hublet && session_.hublet->state.sceneBusy != busyBefore_) {
+      group.busyChanged = true;
+      group.busy = session_.hublet->state.sceneBusy;
+    }
+  }
+
+  void Fact(std::string text, const char* member, std::string json) {
+    ReplayFact fact;
+    fact.text = std::move(text);
+    fact.jsonMember = member;
+    fact.json = std::move(json);
+    record_.groups.back().facts.push_back(fact);
+  }
+
+  void RunEvent(const ReplayEvent& event) {
+    SimHost& host = session_.host;
+    switch (event.kind) {
+      case ReplayEvent::Kind::Notification:
+        Begin(event.name + " (notification " + Int(event.code) + ")", HostCodeText(kNotificationCodes, event.code));
+        host.Raise(event.code);
+        break;
+      case ReplayEvent::Kind::Redraw: {
+        if (event.noView) {
+          Begin("redraw without a view", std::string());
+          host.Redraw(-1);
+          break;
+        }
+        const int index = event.viewport >= 0 ? event.viewport : host.activeViewport;
+        if (event.setsType) {
+          HostChange change{};
+          change.what = HostChange::What::ViewType;
+          change.viewport = index;
+          change.number = event.viewType;
+          hostState_.Apply(change);
+        }
+        const int type = host.viewport(index).type;
+        Begin("redraw viewport " + Int(index) + " (type " + Int(type) + ")", HostCodeText(kViewTypes, type));
+        host.Redraw(index);
+        break;
+      }
+      case ReplayEvent::Kind::Call:
+        Begin("call " + Int(event.functionId) + (event.hasArgument ? " " + Int(event.argument) : " (no argument)"),
+              FunctionNote(event.functionId));
+        Call(event);
+        break;
+      case ReplayEvent::Kind::Toolbar:
+        Begin("toolbar", std::string());
+        ReinstallToolbar(host);
+        break;
+      case ReplayEvent::Kind::Host:
+        Begin(event.word, std::string());
+        hostState_.Apply(event.change);
+        break;
+      case ReplayEvent::Kind::State:
+        Begin("state", std::string());
+        if (session_.hublet) Fact(StateText(session_.hublet->state), "state", StateJson(session_.hublet->state));
+        break;
+    }
+    Finish();
+  }
+
+  void Call(const ReplayEvent& event) {
+    Hublet& hublet = *session_.hublet;
+    const std::string function = "\"function\": " + Int(event.functionId);
+    try {
+      const SimArguments arguments = event.hasArgument ? SimArguments({event.argument}) : SimArguments();
+      const int status = hublet.CallInterface(event.functionId, arguments);
+      std::string text = "-> status " + Int(status);
+      std::string json = "{" + function + ", \"status\": " + Int(status);
+      if (const InterfaceFunction* f = FindInterfaceFunction(event.functionId)) {
+        const int value = hublet.state.settings.*f->field;
+        text += ", " + std::string(f->fieldName) + " = " + Int(value);
+        json += ", \"field\": " + JsonString(f->fieldName) + ", \"value\": " + Int(value);
+      }
+      Fact(text, "interface", json + "}");
+    } catch (const OutOfRangeError& error) {
+      const std::string message = WideToUtf8(error.Message());
+      Fact("-> throws OutOfRangeException(" + FormatText(error.Message()) + ")", "interface",
+           "{" + function + ", \"throws\": \"OutOfRangeException\", \"message\": " + JsonString(message) + "}");
+    }
+  }
+
+  // A complete redraw, every viewport in turn, for each redraw the plug-in asked for since
+  // `requests`, up to the bound: a plug-in that asks again at every redraw would never stop.
+  void FollowRedraws(int requests) {
+    SimHost& host = session_.host;
+    int followed = 0;
+    while (options_.followRedraws > 0 && host.redrawRequests > requests) {
+      if (followed == options_.followRedraws) {
+        const std::string why = "the plug-in asked for a redraw after each of " + Int(followed) +
+                                " requested redraws in a row: no more are followed";
+        Fact("[" + why + "]", "stopped", JsonString(why));
+        return;
+      }
+      requests = host.redrawRequests;
+      ++followed;
+      Begin("requested redraw " + Int(followed) + " (every viewport)", std::string());
+      for (int i = 0; i < SimHost::kViewportCount; ++i) host.Redraw(i);
+      Finish();
+    }
+  }
+
+  const ReplayOptions& options_;
+  SimSession session_;
+  ReplayHostState hostState_;
+  ReplayRecord record_;
+  int busyBefore_ = 0;
+};
 
 }  // namespace
 
@@ -177,31 +315,24 @@ std::vector<ReplayEvent> ParseReplayEvent(const std::string& text) {
     return events;
   }
   const std::vector<std::string> parts = Split(text, ':');
-  if (parts[0] == "notify" && parts.size() == 2) {
-    const int code = EventNumber(parts[1], text, "the notification code");
-    return {Notification("notify", code)};
-  }
-  if (parts[0] == "redraw" && parts.size() <= 3) {
-    ReplayEvent event = OfKind(ReplayEvent::Kind::Redraw);
-    if (parts.size() >= 2) {
-      event.setsType = true;
-      event.viewType = EventNumber(parts[1], text, "the view type");
-    }
-    if (parts.size() == 3) {
-      event.viewport = EventNumber(parts[2], text, "the viewport");
-      if (event.viewport < 0 || event.viewport >= SimHost::kViewportCount)
-        throw UsageError("the viewport in \"" + text + "\" must be 0 to " + Int(SimHost::kViewportCount - 1));
-    }
+  if (parts[0] == "notify" && parts.size() == 2) return {Notification("notify", EventNumber(parts[1], text, "the notification code"))};
+  if (parts[0] == "redraw" && parts.size() <= 3) return {ParseRedraw(text, parts)};
+  if (text == "redraw-no-view") {
+    ReplayEvent event = OfKind(ReplayEvent::Kind::Redraw, text);
+    event.noView = true;
     return {event};
   }
   if (parts[0] == "call" && (parts.size() == 2 || parts.size() == 3)) {
-    ReplayEvent event = OfKind(ReplayEvent::Kind::Call);
+    ReplayEvent event = OfKind(ReplayEvent::Kind::Call, text);
     event.functionId = EventNumber(parts[1], text, "the function ID");
     event.hasArgument = parts.size() == 3;
     if (event.hasArgument) event.argument = EventNumber(parts[2], text, "the argument");
     return {event};
   }
-  if (text == "toolbar") return {OfKind(ReplayEvent::Kind::Toolbar)};
+  if (text == "toolbar") return {OfKind(ReplayEvent::Kind::Toolbar, text)};
+  if (text == "state") return {OfKind(ReplayEvent::Kind::State, text)};
+  ReplayEvent event;
+  if (ParseHostEvent(text, event)) return {event};
   throw UsageError("unknown event \"" + text + "\"");
 }
 
@@ -213,21 +344,8 @@ std::string ReplayEventNames() {
   return names;
 }
 
-std::string RunReplay(const ReplayOptions& options, const std::vector<ReplayEvent>& events) {
-  SimSession session;
-  PrepareHost(session, options);
-  std::string out = HostDescription(session, options);
-  session.Load();
-  Flush(out, session, "load");
-  session.Start();
-  Flush(out, session, "start");
-  for (const ReplayEvent& event : events) {
-    const std::string header = RunEvent(session, event);
-    Flush(out, session, header);
-  }
-  session.Unload();
-  Flush(out, session, "unload");
-  return out;
+ReplayRecord RunReplay(const ReplayOptions& options, const std::vector<ReplayEvent>& events) {
+  return Runner(options).Run(events);
 }
 
 }  // namespace tool

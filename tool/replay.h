@@ -1,47 +1,63 @@
 #pragma once
-// A session of the plug-in in the simulated host, as the host would run it, written out
-// as the transcript of every host call the plug-in makes, grouped under the event that
-// caused it.
+// A session of the plug-in in the simulated host, as the host would run it: the host set
+// up, the plug-in loaded and started, events run, the plug-in unloaded. What it records
+// is every host call the plug-in made, grouped under the event that caused it, with what
+// the replay itself saw of the plug-in's state.
 #include <string>
 #include <vector>
 
-#include "host/host_constants.h"
+#include "host/host.h"
+#include "host/sim/transcript.h"
 #include "platform/system.h"
 
 namespace hublet {
 namespace tool {
 
-struct ReplayProperty {
-  int id;  // summary property: 4 author, 3 subject, 2 title
-  bool hasValue;
-  std::wstring text;
+// One answer of the simulated host changed: as an option before the plug-in loads, or as
+// an event between two others. Both are written with the same words (--user bob, user:bob).
+struct HostChange {
+  enum class What {
+    User, Machine, Date, Time, Renderer, Property, ViewType, ActiveViewport, NoShadingExtension,
+    Directory, ToolbarScript, PreferenceFile
+  };
+  What what;
+  std::wstring text;     // User, Machine, Property's value, Directory's path
+  std::wstring path;     // PreferenceFile: the real file as the profile reader takes it, empty for none
+  std::string given;     // PreferenceFile: the file as the user named it
+  int number;            // Time, ActiveViewport, Property ID, Directory ID, ViewType's type
+  int viewport;          // ViewType, NoShadingExtension
+  bool present;          // Renderer, Property (has a value), ToolbarScript, PreferenceFile
+  LocalDate date;
+  ClassId renderer;
 };
 
-// What the simulated host answers. The defaults are the simulated host's own.
-struct ReplayOptions {
-  bool usePreferenceFile = false;
-  std::wstring preferenceFile;  // as the profile reader takes it
-  std::wstring userName = L"anna";
-  std::wstring hostName = L"RENDER07";
-  LocalDate date{3, 7, 2020};
-  int time = 0;
-  enum class Renderer { HostDefault, None, Chosen } renderer = Renderer::HostDefault;
-  ClassId rendererId{0, 0};
-  std::vector<ReplayProperty> properties;
-  std::vector<std::pair<int, int>> viewportTypes;  // viewport, view type
-  bool toolbarScriptExists = false;
+struct HostChangeName {
+  const char* name;  // the option without "--", the event before ":"
+  HostChange::What what;
+  bool takesValue;
+  bool present;  // what a flag sets
 };
+const std::vector<HostChangeName>& HostChangeNames();
+
+// Parses the option --NAME VALUE (or the event NAME:VALUE); value is null for a flag.
+// False when NAME is no host change; throws UsageError for a malformed value. A
+// PreferenceFile change keeps the file's name in `given` for the caller to resolve into
+// `path`.
+bool ParseHostChange(const std::string& name, const std::string* value, HostChange& change);
 
 struct ReplayEvent {
-  enum class Kind { Notification, Redraw, Call, Toolbar } kind = Kind::Notification;
-  std::string name;       // the notification's name, e.g. "post-new"
+  enum class Kind { Notification, Redraw, Call, Toolbar, Host, State } kind = Kind::Notification;
+  std::string word;       // as given, e.g. "redraw:6" or "user:bob"
+  std::string name;       // notification: its name, e.g. "post-new"
   int code = 0;           // notification code
   int viewport = -1;      // redraw: -1 for the active viewport
   int viewType = -1;      // redraw: -1 keeps the viewport's type
   bool setsType = false;  // redraw: whether viewType is set first
+  bool noView = false;    // redraw: the display callback gets no view
   int functionId = 0;     // call
   bool hasArgument = false;
   int argument = 0;
+  HostChange change{};    // host
 };
 
 // One event of the command line; a pair name ("new") gives its pre- and post-event.
@@ -51,8 +67,58 @@ std::vector<ReplayEvent> ParseReplayEvent(const std::string& text);
 // The session replayed when no event is given.
 std::vector<std::string> DefaultReplayEvents();
 
-// Loads and starts the plug-in, runs the events, unloads it; returns the transcript.
-std::string RunReplay(const ReplayOptions& options, const std::vector<ReplayEvent>& events);
+struct ReplayOptions {
+  std::vector<HostChange> host;  // applied in order before the plug-in loads
+  int followRedraws = 0;         // how many requested redraws in a row to perform; 0: none
+};
+
+// Something the replay reports itself, beside the host calls: an interface call's
+// answer, the plug-in's state, why it stopped following redraws.
+struct ReplayFact {
+  std::string text;        // for the transcript; may span lines
+  std::string jsonMember;  // its member in the event's JSON object
+  std::string json;        // and that member's value
+};
+
+struct ReplayGroup {
+  std::string event;  // the header: "post-new (notification 8)", "call 12 5", ...
+  std::string note;   // names for the header's codes, or empty
+  bool busyChanged = false;
+  int busy = 0;       // sceneBusy after the event, when it changed
+  std::vector<HostCall> calls;
+  std::vector<ReplayFact> facts;
+};
+
+// The simulated host as it stands when the plug-in loads.
+struct ReplayHost {
+  std::wstring user;
+  std::wstring machine;
+  LocalDate date;
+  int time;
+  Lookup<ClassId> renderer;
+  std::vector<int> viewTypes;
+  std::vector<bool> shadingExtension;
+  int activeViewport;
+  std::vector<std::pair<int, Lookup<std::wstring>>> properties;  // by ID, those that exist
+  std::vector<std::pair<int, std::wstring>> directories;         // plug-in configuration, scripts
+  bool toolbarScript;
+  std::string preferenceFile;  // as given; empty for none
+};
+
+struct ReplayRecord {
+  ReplayHost host;
+  std::vector<ReplayGroup> groups;
+};
+
+// Loads and starts the plug-in, runs the events, unloads it.
+ReplayRecord RunReplay(const ReplayOptions& options, const std::vector<ReplayEvent>& events);
+
+// The transcript for people: "# host" lines, then each group as "== EVENT" and its calls
+// indented, each annotated with the names of its codes unless bare.
+std::string FormatReplayText(const ReplayRecord& record, bool bare);
+
+// The "hublet-replay/1" JSON document (see docs/hublet.md), ended by a newline.
+std::string FormatReplayJson(const ReplayRecord& record);
 
 // The notification names the replay knows, in hook-table order, for help texts.
 std::string ReplayEventNames();

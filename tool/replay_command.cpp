@@ -1,27 +1,34 @@
-#include <cstdlib>
-
-#include "host/sim/sim_host.h"
 #include "platform/wide_text.h"
 #include "settings/settings.h"
 #include "tool/command_line.h"
 #include "tool/commands.h"
 #include "tool/file_access.h"
 #include "tool/replay.h"
+#include "tool/session_file.h"
 
 namespace hublet {
 namespace tool {
 namespace {
 
 const char kHelp[] =
-    "Usage: hublet replay [--ini FILE] [OPTION...] [EVENT...]\n"
+    "Usage: hublet replay [OPTION...] [EVENT...]\n"
     "\n"
-    "Loads and starts the plug-in in a simulated 3ds Max with FILE as its preference file,\n"
-    "runs the events in order, unloads it, and prints every call the plug-in made on the\n"
-    "host, grouped under the event that caused it (\"== EVENT\" lines, calls indented).\n"
+    "Loads and starts the plug-in in a simulated 3ds Max, runs the events in order, unloads\n"
+    "it, and prints every call the plug-in made on the host, grouped under the event that\n"
+    "caused it (\"== EVENT\" lines, calls indented, each named after its host codes).\n"
     "\n"
-    "Options (what the simulated host answers):\n"
+    "Options:\n"
+    "  --session FILE           read options and events from FILE, one a line, at this\n"
+    "                           point of the command line (# starts a comment line)\n"
+    "  --follow-redraws N       perform the complete redraws the plug-in asks for, at most\n"
+    "                           N in a row (default 0: recorded, not performed)\n"
+    "  --format text|json       the transcript (default) or the hublet-replay/1 document\n"
+    "  --bare                   no annotations: the transcript for diffing\n"
+    "\n"
+    "What the simulated host answers (each also an event NAME:VALUE, or NAME for a flag,\n"
+    "that changes it between two events):\n"
     "  --ini FILE               the preference file (default: Vantor.ini in the current\n"
-    "                           folder when there is one, else none: every key at its default)\n"
+    "                           folder when there is one); --no-ini: there is none\n"
     "  --user NAME              the account name (default anna)\n"
     "  --host NAME              the machine name (default RENDER07)\n"
     "  --date D-M-YYYY          today's date (default 3-7-2020)\n"
@@ -30,9 +37,14 @@ const char kHelp[] =
     "                           pair A,B (e.g. 0x73BAB286,0x77F8FD0C)\n"
     "  --property NAME=TEXT     a summary property of the open scene: author, subject or\n"
     "                           title; NAME alone makes one that exists without a value\n"
-    "  --viewport-type I=T      viewport I (0 to 3) shows view type T at the start\n"
+    "  --viewport-type I=T      viewport I (0 to 3) shows view type T\n"
     "                           (default: 0=2 top, 1=4 front, 2=0 left, 3=7 perspective)\n"
-    "  --toolbar-script         the companion toolbar's script file exists\n"
+    "  --active I               viewport I is the active one (default 3)\n"
+    "  --no-shading-extension I viewport I's view has no view-shading extension\n"
+    "  --dir NAME=TEXT          a host directory: plugcfg, scripts or an ID; any TEXT\n"
+    "                           (default C:\\3dsMax2017\\plugcfg and C:\\3dsMax2017\\scripts)\n"
+    "  --toolbar-script         the companion toolbar's script file exists;\n"
+    "                           --no-toolbar-script: it does not (default)\n"
     "\n"
     "Events:\n"
     "  startup, reset, new, open, merge, save, render, import, export\n"
@@ -43,146 +55,142 @@ const char kHelp[] =
     "  redraw:T                 the active viewport is switched to view type T (6 user,\n"
     "                           7 perspective, ...) and redrawn; redraw:T:I does so for\n"
     "                           viewport I instead\n"
+    "  redraw-no-view           a redraw that hands the plug-in no view\n"
     "  call:ID:ARG              calls function ID of the preference interface with ARG;\n"
     "                           call:ID calls it without an argument\n"
     "  toolbar                  the user reinstalls the companion toolbar\n"
+    "  state                    prints the plug-in's settings, sceneTime, sceneBusy and\n"
+    "                           last save date\n"
+    "  user:NAME, ini:FILE, no-ini, dir:scripts=TEXT, active:I, ...\n"
+    "                           a host option above, changed from here on\n"
     "\n"
     "Without events: startup new open redraw:6 save save.\n"
     "\n"
-    "Exit status: 0, or 2 for bad usage or an unreadable --ini file.\n";
+    "Exit status: 0, or 2 for bad usage, a session or preference file that cannot be read,\n"
+    "or an error in a session file (reported as FILE:LINE).\n";
 
-std::pair<std::string, std::string> SplitAt(const std::string& text, char separator, bool& found) {
-  const std::size_t at = text.find(separator);
-  found = at != std::string::npos;
-  if (!found) return {text, std::string()};
-  return {text.substr(0, at), text.substr(at + 1)};
+struct ReplayInput {
+  ReplayOptions options;
+  std::vector<std::string> eventWords;
+  std::vector<ReplayEvent> events;
+  bool eventsGiven = false;
+  bool iniGiven = false;
+  bool bare = false;
+  bool json = false;
+};
+
+// A preference file named in a session file is found beside it.
+std::string Beside(const std::string& folder, const std::string& path) {
+  const bool absolute = !path.empty() && (path[0] == '/' || path[0] == '\\' || (path.size() > 1 && path[1] == ':'));
+  return absolute ? path : folder + path;
 }
 
-std::uint32_t ParseClassIdPart(const std::string& text, const std::string& whole) {
-  char* end = nullptr;
-  const unsigned long long value = std::strtoull(text.c_str(), &end, 0);
-  if (text.empty() || end != text.c_str() + text.size() || text[0] == '-' || value > 0xFFFFFFFFull)
-    throw UsageError("--renderer: \"" + whole + "\" is not a class ID pair such as 0x73BAB286,0x77F8FD0C");
-  return static_cast<std::uint32_t>(value);
+void ResolvePreferenceFile(HostChange& change, const std::string& folder) {
+  if (!change.present) return;
+  change.given = Beside(folder, change.given);
+  std::string bytes;
+  std::string error;
+  if (!ReadFileBytes(change.given, bytes, error)) throw UsageError("cannot read " + change.given + ": " + error);
+  change.path = ProfilePath(change.given);
 }
 
-void ParseRenderer(const std::string& text, ReplayOptions& options) {
-  options.renderer = ReplayOptions::Renderer::Chosen;
-  if (text == "vray") {
-    options.rendererId = host::rendererGammaTargets[0];
-  } else if (text == "vray-rt") {
-    options.rendererId = host::rendererGammaTargets[1];
-  } else if (text == "scanline") {
-    options.rendererId = SimHost::kDefaultRenderer;
-  } else if (text == "none") {
-    options.renderer = ReplayOptions::Renderer::None;
+void AddEvents(const std::string& word, const std::string& folder, ReplayInput& input) {
+  std::vector<ReplayEvent> events = ParseReplayEvent(word);
+  for (ReplayEvent& event : events) {
+    if (event.kind == ReplayEvent::Kind::Host && event.change.what == HostChange::What::PreferenceFile)
+      ResolvePreferenceFile(event.change, folder);
+    input.events.push_back(event);
+  }
+  input.eventsGiven = true;
+}
+
+void ReadSession(const std::string& file, ReplayInput& input);
+
+// Takes one option or event; folder is where relative file names start.
+void TakeArgument(ArgumentScanner& scanner, ReplayInput& input, const std::string& folder, bool inSession) {
+  std::string value;
+  for (const HostChangeName& name : HostChangeNames()) {
+    const std::string option = std::string("--") + name.name;
+    const bool taken = name.takesValue ? scanner.Option(option.c_str(), value) : scanner.Flag(option.c_str());
+    if (!taken) continue;
+    HostChange change;
+    try {
+      ParseHostChange(name.name, name.takesValue ? &value : nullptr, change);
+    } catch (const UsageError& error) {
+      throw UsageError(option + ": " + error.what());
+    }
+    if (change.what == HostChange::What::PreferenceFile) {
+      ResolvePreferenceFile(change, folder);
+      input.iniGiven = true;
+    }
+    input.options.host.push_back(change);
+    return;
+  }
+  if (scanner.Option("--session", value)) {
+    if (inSession) throw UsageError("a session file cannot read another");
+    ReadSession(value, input);
+  } else if (scanner.Option("--follow-redraws", value)) {
+    input.options.followRedraws = ParseInt32(value, "--follow-redraws");
+    if (input.options.followRedraws < 0) throw UsageError("--follow-redraws takes 0 or more");
+  } else if (scanner.Option("--format", value)) {
+    if (value != "text" && value != "json") throw UsageError("--format must be text or json");
+    input.json = value == "json";
+  } else if (scanner.Flag("--bare")) {
+    input.bare = true;
   } else {
-    bool found = false;
-    const auto parts = SplitAt(text, ',', found);
-    if (!found) throw UsageError("--renderer must be vray, vray-rt, scanline, none or a class ID pair A,B");
-    options.rendererId = ClassId{ParseClassIdPart(parts.first, text), ParseClassIdPart(parts.second, text)};
+    AddEvents(scanner.Positional(), folder, input);
   }
 }
 
-void ParseProperty(const std::string& text, ReplayOptions& options) {
-  bool hasValue = false;
-  const auto parts = SplitAt(text, '=', hasValue);
-  int id = 0;
-  if (parts.first == "author") id = host::kPropertyAuthor;
-  if (parts.first == "subject") id = host::kPropertySubject;
-  if (parts.first == "title") id = host::kPropertyTitle;
-  if (id == 0) throw UsageError("--property: the name must be author, subject or title, not \"" + parts.first + "\"");
-  options.properties.push_back({id, hasValue, Utf8ToWide(parts.second)});
-}
-
-void ParseViewportType(const std::string& text, ReplayOptions& options) {
-  bool found = false;
-  const auto parts = SplitAt(text, '=', found);
-  if (!found) throw UsageError("--viewport-type takes I=T, e.g. 3=6");
-  const int viewport = ParseInt32(parts.first, "the viewport of --viewport-type");
-  if (viewport < 0 || viewport >= SimHost::kViewportCount)
-    throw UsageError("the viewport of --viewport-type must be 0 to " + std::to_string(SimHost::kViewportCount - 1));
-  options.viewportTypes.emplace_back(viewport, ParseInt32(parts.second, "the view type of --viewport-type"));
-}
-
-int DaysInMonth(int month, int year) {
-  static const int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return month == 2 && leap ? 29 : kDays[month - 1];
-}
-
-void ParseDate(const std::string& text, ReplayOptions& options) {
-  const std::size_t first = text.find('-');
-  const std::size_t second = first == std::string::npos ? first : text.find('-', first + 1);
-  if (second == std::string::npos) throw UsageError("--date takes D-M-YYYY, e.g. 3-7-2020");
-  LocalDate date{ParseInt32(text.substr(0, first), "the day of --date"),
-                 ParseInt32(text.substr(first + 1, second - first - 1), "the month of --date"),
-                 ParseInt32(text.substr(second + 1), "the year of --date")};
-  if (date.month < 1 || date.month > 12 || date.year < 1000 || date.year > 9999 || date.day < 1 ||
-      date.day > DaysInMonth(date.month, date.year))
-    throw UsageError("--date: \"" + text + "\" is not a day of the calendar (D-M-YYYY, a four-digit year)");
-  options.date = date;
+void ReadSession(const std::string& file, ReplayInput& input) {
+  std::string bytes;
+  std::string error;
+  if (!ReadFileBytes(file, bytes, error)) throw UsageError("cannot read " + file + ": " + error);
+  const std::size_t slash = file.find_last_of("/\\");
+  const std::string folder = slash == std::string::npos ? std::string() : file.substr(0, slash + 1);
+  for (const SessionLine& line : SplitSessionFile(bytes)) {
+    try {
+      ArgumentScanner scanner(line.words);
+      while (!scanner.Done()) {
+        if (scanner.HelpRequested()) throw UsageError("--help has no place in a session file");
+        TakeArgument(scanner, input, folder, true);
+      }
+    } catch (const UsageError& e) {
+      throw UsageError(file + ":" + std::to_string(line.number) + ": " + e.what());
+    }
+  }
 }
 
 }  // namespace
 
 int RunReplayCommand(const std::vector<std::string>& arguments) {
   ArgumentScanner scanner(arguments);
-  ReplayOptions options;
-  std::string ini;
-  bool iniGiven = false;
-  std::vector<std::string> eventTexts;
-  std::string value;
+  ReplayInput input;
   while (!scanner.Done()) {
     if (scanner.HelpRequested()) {
       WriteOut(kHelp);
       return kExitOk;
     }
-    if (scanner.Option("--ini", ini)) {
-      iniGiven = true;
-    } else if (scanner.Option("--user", value)) {
-      options.userName = Utf8ToWide(value);
-    } else if (scanner.Option("--host", value)) {
-      options.hostName = Utf8ToWide(value);
-    } else if (scanner.Option("--date", value)) {
-      ParseDate(value, options);
-    } else if (scanner.Option("--time", value)) {
-      options.time = ParseInt32(value, "--time");
-    } else if (scanner.Option("--renderer", value)) {
-      ParseRenderer(value, options);
-    } else if (scanner.Option("--property", value)) {
-      ParseProperty(value, options);
-    } else if (scanner.Option("--viewport-type", value)) {
-      ParseViewportType(value, options);
-    } else if (scanner.Flag("--toolbar-script")) {
-      options.toolbarScriptExists = true;
-    } else {
-      eventTexts.push_back(scanner.Positional());
-    }
+    TakeArgument(scanner, input, std::string(), false);
   }
-  if (eventTexts.empty()) eventTexts = DefaultReplayEvents();
-  std::vector<ReplayEvent> events;
-  for (const std::string& text : eventTexts) {
-    const std::vector<ReplayEvent> parsed = ParseReplayEvent(text);
-    events.insert(events.end(), parsed.begin(), parsed.end());
-  }
+  if (!input.eventsGiven)
+    for (const std::string& word : DefaultReplayEvents()) AddEvents(word, std::string(), input);
 
-  // The file is checked here, as the tool's input; the plug-in reads it with its own
-  // reader. Without --ini and without a Vantor.ini here, the missing file is what the
-  // plug-in gets: every key at its default.
-  const std::string file = iniGiven ? ini : WideToUtf8(kPreferenceFileName);
-  std::string bytes;
-  std::string error;
-  if (!ReadFileBytes(file, bytes, error)) {
-    if (iniGiven) {
-      WriteError("hublet replay: cannot read " + file + ": " + error + "\n");
-      return kExitUsage;
+  // Without --ini the plug-in gets Vantor.ini of the current folder, or, when there is
+  // none, the missing file: every key at its default.
+  if (!input.iniGiven) {
+    HostChange change;
+    const std::string name = WideToUtf8(kPreferenceFileName);
+    ParseHostChange("ini", &name, change);
+    try {
+      ResolvePreferenceFile(change, std::string());
+      input.options.host.insert(input.options.host.begin(), change);
+    } catch (const UsageError&) {
+      WriteError("hublet replay: no " + name + " here, so every key is at its default (give a file with --ini FILE)\n");
     }
-    WriteError("hublet replay: no " + file + " here, so every key is at its default (give a file with --ini FILE)\n");
   }
-  options.usePreferenceFile = true;
-  options.preferenceFile = ProfilePath(file);
-  WriteOut(RunReplay(options, events));
+  const ReplayRecord record = RunReplay(input.options, input.events);
+  WriteOut(input.json ? FormatReplayJson(record) : FormatReplayText(record, input.bare));
   return kExitOk;
 }
 

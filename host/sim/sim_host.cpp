@@ -5,61 +5,70 @@
 namespace hublet {
 namespace {
 
-std::string Bool(bool value) { return value ? "true" : "false"; }
-std::string Int(int value) { return std::to_string(value); }
-std::string Group(HookGroup group) { return group == HookGroup::PreEvent ? "pre" : "post"; }
-std::string NodeName(const SimNode* node) { return node ? "node#" + Int(node->number) : "node#none"; }
+CallValue Group(HookGroup group) { return WordValue(group == HookGroup::PreEvent ? "pre" : "post"); }
+CallValue NodeName(const SimNode* node) {
+  return WordValue(node ? "node#" + std::to_string(node->number) : "node#none");
+}
 
-// The view type a view command switches to, or -1 for any other command.
+}  // namespace
+
 int ViewTypeOfCommand(int command) {
   for (int type = 0; type < host::kViewTypeCount; ++type)
     if (host::viewTypeCommand[type] == command) return type;
   return -1;
 }
 
-}  // namespace
-
 constexpr int SimHost::kViewportCount;
 constexpr ClassId SimHost::kDefaultRenderer;
 
 // --- SimView ---
 
-std::string SimView::Name() const { return "view[" + Int(index_) + "]."; }
+void SimView::Record(std::string name, std::vector<CallValue> arguments) {
+  HostCall call = Call(std::move(name), std::move(arguments));
+  call.view = index_;
+  host_.Record(std::move(call));
+}
+
+void SimView::RecordQuery(std::string name, CallValue answer) {
+  HostCall call = Query(std::move(name), {}, std::move(answer));
+  call.view = index_;
+  host_.Record(std::move(call));
+}
 
 int SimView::Type() {
-  host_.Record(Name() + "Type() -> " + Int(type));
+  RecordQuery("Type", IntValue(type));
   return type;
 }
 
 bool SimView::IsPerspective() {
   const bool perspective = type == host::kViewPerspUser || type == host::kViewCamera;
-  host_.Record(Name() + "IsPerspective() -> " + Bool(perspective));
+  RecordQuery("IsPerspective", BoolValue(perspective));
   return perspective;
 }
 
 Matrix43 SimView::AffineTransform() {
-  host_.Record(Name() + "AffineTransform() -> " + FormatMatrix(transform));
+  RecordQuery("AffineTransform", MatrixValue(transform));
   return transform;
 }
 
 void SimView::SetAffineTransform(const Matrix43& matrix) {
-  host_.Record(Name() + "SetAffineTransform(" + FormatMatrix(matrix) + ")");
+  Record("SetAffineTransform", {MatrixValue(matrix)});
   if (type == host::kViewIsoUser || type == host::kViewPerspUser) transform = matrix;
 }
 
 bool SimView::HasShadingExtension() {
-  host_.Record(Name() + "HasShadingExtension() -> " + Bool(hasShadingExtension));
+  RecordQuery("HasShadingExtension", BoolValue(hasShadingExtension));
   return hasShadingExtension;
 }
 
 void SimView::SetShadingStyle(int style) {
-  host_.Record(Name() + "SetShadingStyle(" + Int(style) + ")");
+  Record("SetShadingStyle", {IntValue(style)});
   if (hasShadingExtension) shadingStyle = style;
 }
 
 void SimView::SetViewCamera(NodeRef node) {
   camera = host_.NodeOf(node);
-  host_.Record(Name() + "SetViewCamera(" + NodeName(camera) + ")");
+  Record("SetViewCamera", {NodeName(camera)});
   if (camera != nullptr) type = host::kViewCamera;
 }
 
@@ -79,12 +88,12 @@ SimHost::SimHost(Transcript& transcript) : transcript_(transcript) {
 }
 
 void SimHost::RegisterNotification(HookGroup group, int code, NotificationHandler& handler) {
-  Record("RegisterNotification(" + Group(group) + ", " + Int(code) + ")");
+  Record(Call("RegisterNotification", {Group(group), IntValue(code)}));
   registrations_.push_back({group, code, &handler});
 }
 
 void SimHost::UnregisterNotification(HookGroup group, int code, NotificationHandler& handler) {
-  Record("UnregisterNotification(" + Group(group) + ", " + Int(code) + ")");
+  Record(Call("UnregisterNotification", {Group(group), IntValue(code)}));
   registrations_.erase(std::remove_if(registrations_.begin(), registrations_.end(),
                                       [&](const Registration& r) {
                                         return r.group == group && r.code == code && r.handler == &handler;
@@ -93,12 +102,12 @@ void SimHost::UnregisterNotification(HookGroup group, int code, NotificationHand
 }
 
 void SimHost::RegisterDisplayCallback(bool preScene, DisplayHandler& handler) {
-  Record("RegisterDisplayCallback(" + Bool(preScene) + ")");
+  Record(Call("RegisterDisplayCallback", {BoolValue(preScene)}));
   displayHandler_ = &handler;
 }
 
 TimeValue SimHost::CurrentTime() {
-  Record("CurrentTime() -> " + Int(time_));
+  Record(Query("CurrentTime", {}, IntValue(time_)));
   return time_;
 }
 
@@ -109,51 +118,59 @@ std::wstring SimHost::DirectoryOf(int id) const {
 
 std::wstring SimHost::Directory(int id) {
   const std::wstring path = DirectoryOf(id);
-  Record("Directory(" + Int(id) + ") -> " + FormatText(path));
+  Record(Query("Directory", {IntValue(id)}, TextValue(path)));
   return path;
 }
 
+bool SimHost::HasFile(const std::wstring& path) const {
+  return std::find(files_.begin(), files_.end(), path) != files_.end();
+}
+
+void SimHost::RemoveFile(const std::wstring& path) {
+  files_.erase(std::remove(files_.begin(), files_.end(), path), files_.end());
+}
+
 bool SimHost::ExecuteScript(const std::wstring& code, bool quietErrors) {
-  Record("ExecuteScript(" + FormatText(code) + ", " + Bool(quietErrors) + ") -> true");
+  Record(Query("ExecuteScript", {TextValue(code), BoolValue(quietErrors)}, BoolValue(true)));
   scriptsRun.push_back(code);
   return true;
 }
 
 bool SimHost::FileExists(const std::wstring& path, bool allowDirectory) {
-  const bool exists = std::find(files_.begin(), files_.end(), path) != files_.end();
-  Record("FileExists(" + FormatText(path) + ", " + Bool(allowDirectory) + ") -> " + Bool(exists));
+  const bool exists = HasFile(path);
+  Record(Query("FileExists", {TextValue(path), BoolValue(allowDirectory)}, BoolValue(exists)));
   return exists;
 }
 
 bool SimHost::LoadScriptFile(const std::wstring& path, wchar_t* errorText) {
-  Record("LoadScriptFile(" + FormatText(path) + ") -> true");
+  Record(Query("LoadScriptFile", {TextValue(path)}, BoolValue(true)));
   scriptFilesLoaded.push_back(path);
   errorText[0] = L'\0';
   return true;
 }
 
 void SimHost::SetViewportLayout(int layout) {
-  Record("SetViewportLayout(" + Int(layout) + ")");
+  Record(Call("SetViewportLayout", {IntValue(layout)}));
   viewportLayout = layout;
 }
 
 void SimHost::SetExpertMode(int on) {
-  Record("SetExpertMode(" + Int(on) + ")");
+  Record(Call("SetExpertMode", {IntValue(on)}));
   expertMode = on;
 }
 
 void SimHost::SetCommandPanelOpen(int open) {
-  Record("SetCommandPanelOpen(" + Int(open) + ")");
+  Record(Call("SetCommandPanelOpen", {IntValue(open)}));
   commandPanelOpen = open;
 }
 
 void SimHost::SetActiveViewport(int index) {
-  Record("SetActiveViewport(" + Int(index) + ")");
+  Record(Call("SetActiveViewport", {IntValue(index)}));
   if (index >= 0 && index < kViewportCount) activeViewport = index;
 }
 
 void SimHost::ExecuteCommand(int command) {
-  Record("ExecuteCommand(" + Int(command) + ")");
+  Record(Call("ExecuteCommand", {IntValue(command)}));
   const int type = ViewTypeOfCommand(command);
   if (type < 0) return;
   SimView& view = viewport(activeViewport);
@@ -162,36 +179,37 @@ void SimHost::ExecuteCommand(int command) {
 }
 
 View& SimHost::ActiveView() {
-  Record("ActiveView() -> view[" + Int(activeViewport) + "]");
+  Record(Query("ActiveView", {}, WordValue("view[" + std::to_string(activeViewport) + "]")));
   return viewport(activeViewport);
 }
 
 void SimHost::SetActiveViewportEdgedFaces(int on) {
-  Record("SetActiveViewportEdgedFaces(" + Int(on) + ")");
+  Record(Call("SetActiveViewportEdgedFaces", {IntValue(on)}));
   viewport(activeViewport).edgedFaces = on;
 }
 
 void SimHost::ForceCompleteRedraw(bool includeDisabled) {
-  Record("ForceCompleteRedraw(" + Bool(includeDisabled) + ")");
+  Record(Call("ForceCompleteRedraw", {BoolValue(includeDisabled)}));
   ++redrawRequests;
 }
 
 CameraRef SimHost::CreateCameraObject(int cameraType) {
   cameras_.push_back(cameraType);
-  Record("CreateCameraObject(" + Int(cameraType) + ") -> camera#" + Int(static_cast<int>(cameras_.size())));
+  Record(Query("CreateCameraObject", {IntValue(cameraType)},
+                    WordValue("camera#" + std::to_string(cameras_.size()))));
   return CameraRef{&cameras_.back()};
 }
 
 NodeRef SimHost::CreateObjectNode(CameraRef object) {
   const int cameraType = object.handle ? *static_cast<int*>(object.handle) : -1;
   nodes.push_back(SimNode{static_cast<int>(nodes.size()) + 1, cameraType, IdentityMatrix(), 0});
-  Record("CreateObjectNode(camera) -> " + NodeName(&nodes.back()));
+  Record(Query("CreateObjectNode", {WordValue("camera")}, NodeName(&nodes.back())));
   return NodeRef{&nodes.back()};
 }
 
 void SimHost::SetNodeTransform(NodeRef ref, TimeValue time, const Matrix43& transform) {
   SimNode* node = NodeOf(ref);
-  Record("SetNodeTransform(" + NodeName(node) + ", " + Int(time) + ", " + FormatMatrix(transform) + ")");
+  Record(Call("SetNodeTransform", {NodeName(node), IntValue(time), MatrixValue(transform)}));
   if (node == nullptr) return;
   node->transform = transform;
   node->transformTime = time;
@@ -199,41 +217,41 @@ void SimHost::SetNodeTransform(NodeRef ref, TimeValue time, const Matrix43& tran
 
 void SimHost::SelectNode(NodeRef ref, int clearSelection) {
   const SimNode* node = NodeOf(ref);
-  Record("SelectNode(" + NodeName(node) + ", " + Int(clearSelection) + ")");
+  Record(Call("SelectNode", {NodeName(node), IntValue(clearSelection)}));
   if (clearSelection != 0) selection.clear();
   if (node != nullptr) selection.push_back(node->number);
 }
 
 void SimHost::SetDisplayGamma(float gamma) {
-  Record("SetDisplayGamma(" + FormatFloat(gamma) + ")");
+  Record(Call("SetDisplayGamma", {RealValue(gamma)}));
   displayGamma = gamma;
 }
 
 void SimHost::SetFileInGamma(float gamma) {
-  Record("SetFileInGamma(" + FormatFloat(gamma) + ")");
+  Record(Call("SetFileInGamma", {RealValue(gamma)}));
   fileInGamma = gamma;
 }
 
 void SimHost::SetFileOutGamma(float gamma) {
-  Record("SetFileOutGamma(" + FormatFloat(gamma) + ")");
+  Record(Call("SetFileOutGamma", {RealValue(gamma)}));
   fileOutGamma = gamma;
 }
 
 Lookup<ClassId> SimHost::CurrentRendererClass(bool createIfMissing) {
   if (!rendererPresent_ && createIfMissing) SetRenderer(kDefaultRenderer);
-  const std::string answer = rendererPresent_ ? FormatClassId(renderer_) : "none";
-  Record("CurrentRendererClass(" + Bool(createIfMissing) + ") -> " + answer);
+  Record(Query("CurrentRendererClass", {BoolValue(createIfMissing)},
+               rendererPresent_ ? ClassIdValue(renderer_) : NothingValue()));
   return {rendererPresent_, renderer_};
 }
 
 void SimHost::SetRendererFloat(int block, int param, TimeValue time, float value, int tabIndex) {
-  Record("SetRendererFloat(" + Int(block) + ", " + Int(param) + ", " + Int(time) + ", " + FormatFloat(value) +
-         ", " + Int(tabIndex) + ")");
+  Record(Call("SetRendererFloat",
+              {IntValue(block), IntValue(param), IntValue(time), RealValue(value), IntValue(tabIndex)}));
   if (rendererPresent_) rendererFloats[block * 100000 + param] = value;
 }
 
 void SimHost::SetFrameRate(int rate) {
-  Record("SetFrameRate(" + Int(rate) + ")");
+  Record(Call("SetFrameRate", {IntValue(rate)}));
   frameRate = rate;
 }
 
@@ -242,7 +260,7 @@ Lookup<int> SimHost::FindProperty(int set, int id) {
   int index = -1;
   for (std::size_t i = 0; i < properties.size(); ++i)
     if (properties[i].id == id) index = static_cast<int>(i);
-  Record("FindProperty(" + Int(set) + ", " + Int(id) + ") -> " + (index < 0 ? "none" : Int(index)));
+  Record(Query("FindProperty", {IntValue(set), IntValue(id)}, index < 0 ? NothingValue() : IntValue(index)));
   return {index >= 0, index};
 }
 
@@ -251,13 +269,13 @@ Lookup<std::wstring> SimHost::PropertyText(int set, int index) {
   const bool valid = index >= 0 && static_cast<std::size_t>(index) < properties.size();
   const SimProperty* property = valid ? &properties[static_cast<std::size_t>(index)] : nullptr;
   const bool hasValue = property != nullptr && property->hasValue;
-  Record("PropertyText(" + Int(set) + ", " + Int(index) + ") -> " +
-         (hasValue ? FormatText(property->text) : "none"));
+  Record(Query("PropertyText", {IntValue(set), IntValue(index)},
+               hasValue ? TextValue(property->text) : NothingValue()));
   return {hasValue, hasValue ? property->text : std::wstring()};
 }
 
 void SimHost::DeleteProperty(int set, int id) {
-  Record("DeleteProperty(" + Int(set) + ", " + Int(id) + ")");
+  Record(Call("DeleteProperty", {IntValue(set), IntValue(id)}));
   std::vector<SimProperty>& properties = PropertySet(set);
   properties.erase(std::remove_if(properties.begin(), properties.end(),
                                   [id](const SimProperty& p) { return p.id == id; }),
@@ -265,7 +283,7 @@ void SimHost::DeleteProperty(int set, int id) {
 }
 
 void SimHost::AddStringProperty(int set, int id, const std::wstring& value) {
-  Record("AddStringProperty(" + Int(set) + ", " + Int(id) + ", " + FormatText(value) + ")");
+  Record(Call("AddStringProperty", {IntValue(set), IntValue(id), TextValue(value)}));
   SetProperty(set, id, value);
 }
 
@@ -308,6 +326,14 @@ void SimHost::SetPropertyWithoutValue(int set, int id) {
   SetProperty(set, id, std::wstring());
   for (SimProperty& p : PropertySet(set))
     if (p.id == id) p.hasValue = false;
+}
+
+bool SimHost::HasProperty(int set, int id) const {
+  const auto it = properties_.find(set);
+  if (it != properties_.end())
+    for (const SimProperty& p : it->second)
+      if (p.id == id) return true;
+  return false;
 }
 
 Lookup<std::wstring> SimHost::Property(int set, int id) const {

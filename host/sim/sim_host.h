@@ -17,6 +17,9 @@ namespace hublet {
 
 class SimHost;
 
+// The view type a host command switches the active viewport to, or -1 for any other command.
+int ViewTypeOfCommand(int command);
+
 struct SimNode {
   int number;  // 1, 2, ... in creation order
   int cameraType;
@@ -45,7 +48,8 @@ class SimView final : public View {
   const SimNode* camera = nullptr;
 
  private:
-  std::string Name() const;
+  void Record(std::string name, std::vector<CallValue> arguments);
+  void RecordQuery(std::string name, CallValue answer);
   SimHost& host_;
   int index_;
 };
@@ -112,12 +116,17 @@ class SimHost final : public Host {
   void SetDirectory(int id, const std::wstring& path) { directories_[id] = path; }
   std::wstring DirectoryOf(int id) const;
   void AddFile(const std::wstring& path) { files_.push_back(path); }
+  void RemoveFile(const std::wstring& path);
   void SetTime(TimeValue time) { time_ = time; }
   void SetRenderer(ClassId renderer) { rendererPresent_ = true; renderer_ = renderer; }
   void RemoveRenderer() { rendererPresent_ = false; }
   void SetProperty(int set, int id, const std::wstring& text);
   void SetPropertyWithoutValue(int set, int id);
   Lookup<std::wstring> Property(int set, int id) const;
+  bool HasProperty(int set, int id) const;
+  TimeValue Time() const { return time_; }
+  Lookup<ClassId> Renderer() const { return {rendererPresent_, renderer_}; }
+  bool HasFile(const std::wstring& path) const;
 
   int activeViewport = 0;
   int viewportLayout = 0;
@@ -143,7 +152,7 @@ class SimHost final : public Host {
   };
   SimNode* NodeOf(NodeRef ref) const { return static_cast<SimNode*>(ref.handle); }
   std::vector<SimProperty>& PropertySet(int set) { return properties_[set]; }
-  void Record(std::string line) { transcript_.Add(std::move(line)); }
+  void Record(HostCall call) { transcript_.Add(std::move(call)); }
 
   Transcript& transcript_;
   std::vector<std::unique_ptr<SimView>> views_;

@@ -1,7 +1,8 @@
 #pragma once
 // The operating system as the simulated host's plug-in sees it: names and date chosen by
 // the test or the tool, COM and sockets recorded, and preference files read with the real
-// profile reader of this build from files mapped onto the host's paths.
+// profile reader of this build from files mapped onto the host's paths. A path that is
+// not mapped holds no file: the machine running the simulation is never read from there.
 #include <map>
 #include <memory>
 #include <string>
@@ -21,10 +22,11 @@ class SimSystem final : public System {
   std::wstring UserName() override;
   std::wstring HostName() override;
   LocalDate Today() override;
-  // A mapped path opens its real file; any other is opened as it stands.
+  // A mapped path opens its real file; any other answers as a missing file.
   std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path) override;
 
   void MapFile(const std::wstring& hostPath, const std::wstring& realPath) { files_[hostPath] = realPath; }
+  void RemoveFile(const std::wstring& hostPath) { files_.erase(hostPath); }
 
   std::wstring userName = L"anna";
   std::wstring hostName = L"RENDER07";
@@ -35,5 +37,8 @@ class SimSystem final : public System {
   Transcript& transcript_;
   std::map<std::wstring, std::wstring> files_;
 };
+
+// A date as the transcript and the save stamp write it: D-M-YYYY.
+std::string FormatDate(const LocalDate& date);
 
 }  // namespace hublet

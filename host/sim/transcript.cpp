@@ -6,6 +6,86 @@
 
 namespace hublet {
 
+namespace {
+
+CallValue Value(CallValue::Kind kind, std::string text) {
+  CallValue value;
+  value.kind = kind;
+  value.text = std::move(text);
+  return value;
+}
+
+}  // namespace
+
+CallValue IntValue(int number) {
+  CallValue value = Value(CallValue::Kind::Integer, std::to_string(number));
+  value.integers.push_back(number);
+  return value;
+}
+
+CallValue BoolValue(bool flag) {
+  CallValue value = Value(CallValue::Kind::Boolean, flag ? "true" : "false");
+  value.integers.push_back(flag ? 1 : 0);
+  return value;
+}
+
+CallValue RealValue(float number) {
+  CallValue value = Value(CallValue::Kind::Real, FormatFloat(number));
+  value.reals.push_back(number);
+  return value;
+}
+
+CallValue TextValue(const std::wstring& text) {
+  CallValue value = Value(CallValue::Kind::Text, FormatText(text));
+  value.utf8 = WideToUtf8(text);
+  return value;
+}
+
+CallValue MatrixValue(const Matrix43& matrix) {
+  CallValue value = Value(CallValue::Kind::Matrix, FormatMatrix(matrix));
+  for (const auto& row : matrix.m) value.reals.insert(value.reals.end(), row, row + 3);
+  return value;
+}
+
+CallValue ClassIdValue(ClassId id) {
+  CallValue value = Value(CallValue::Kind::ClassId, FormatClassId(id));
+  value.integers = {id.partA, id.partB};
+  return value;
+}
+
+CallValue WordValue(const std::string& word) {
+  CallValue value = Value(CallValue::Kind::Word, word);
+  value.utf8 = word;
+  return value;
+}
+
+CallValue NothingValue() { return Value(CallValue::Kind::Nothing, "none"); }
+
+std::string HostCall::Line() const {
+  std::string line = view >= 0 ? "view[" + std::to_string(view) + "]." + name + "(" : name + "(";
+  for (std::size_t i = 0; i < arguments.size(); ++i) line += (i > 0 ? ", " : "") + arguments[i].text;
+  line += ")";
+  if (answered) line += " -> " + answer.text;
+  return line;
+}
+
+HostCall Call(std::string name, std::vector<CallValue> arguments) {
+  HostCall call;
+  call.view = -1;
+  call.name = std::move(name);
+  call.arguments = std::move(arguments);
+  call.answered = false;
+  call.answer = NothingValue();
+  return call;
+}
+
+HostCall Query(std::string name, std::vector<CallValue> arguments, CallValue answer) {
+  HostCall call = Call(std::move(name), std::move(arguments));
+  call.answered = true;
+  call.answer = std::move(answer);
+  return call;
+}
+
 std::string Transcript::Text() const {
   std::string text;
   for (const std::string& line : lines_) {
