@@ -279,8 +279,8 @@ class Runner {
     int followed = 0;
     while (options_.followRedraws > 0 && host.redrawRequests > requests) {
       if (followed == options_.followRedraws) {
-        const std::string why = "the plug-in asked for a redraw after each of " + Int(followed) +
-                                " requested redraws in a row: no more are followed";
+        const std::string why = "stopped following: the plug-in asked for another redraw after " + Int(followed) +
+                                " in a row";
         Fact("[" + why + "]", "stopped", JsonString(why));
         return;
       }

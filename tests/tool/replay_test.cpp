@@ -1,19 +1,13 @@
-// The replay: events as the command line names them, and the host answers the options
-// choose, seen through the transcript.
+// The replay's events as the command line and session files write them. What they do is
+// in the golden transcripts (tests/tool/golden/replay-*.txt).
 #include <gmock/gmock.h>
 
-#include <memory>
-
-#include "tests/support/scratch_file.h"
 #include "tool/command_line.h"
 #include "tool/replay.h"
 
 namespace hublet {
 namespace tool {
 namespace {
-
-using ::testing::HasSubstr;
-using ::testing::Not;
 
 TEST(ReplayEvents, NamesPairsAndParameters) {
   const std::vector<ReplayEvent> news = ParseReplayEvent("new");
@@ -38,11 +32,20 @@ TEST(ReplayEvents, NamesPairsAndParameters) {
   EXPECT_TRUE(call.hasArgument);
   EXPECT_EQ(call.argument, -5);
   EXPECT_FALSE(ParseReplayEvent("call:12").at(0).hasArgument);
+
+  // A host change takes everything after its first colon, blanks and colons included.
+  const HostChange dir = ParseReplayEvent("dir:plugcfg=D:\\a b:c\\").at(0).change;
+  EXPECT_EQ(dir.number, host::kDirPlugCfg);
+  EXPECT_EQ(dir.text, L"D:\\a b:c\\");
+  EXPECT_TRUE(ParseReplayEvent("dir:15=").at(0).change.text.empty());
 }
 
 TEST(ReplayEvents, MalformedOnesAreUsageErrors) {
   for (const char* bad : {"bogus", "", "pre-startup", "redraw:x", "redraw:6:4", "redraw:6:-1", "redraw:1:2:3",
-                          "call", "call:", "call:1:2:3", "call:12:x", "notify:", "toolbar:1"})
+                          "call", "call:", "call:1:2:3", "call:12:x", "notify:", "toolbar:1",
+                          "state:1", "redraw-no-view:1", "user", "toolbar-script:1", "no-ini:x", "ini:", "active:4",
+                          "no-shading-extension:-1", "viewport-type:1", "dir:scripts", "dir:x=C:\\", "date:31-2-2020",
+                          "renderer:0x1", "property:owner=x", "time:soon"})
     EXPECT_THROW(ParseReplayEvent(bad), UsageError) << bad;
 }
 
