@@ -1,7 +1,7 @@
 #!/bin/sh
 # Builds the hublet command and shows what the example preference file will do:
 # first the check (every value and where it comes from), then the replay (every call the
-# plug-in makes on 3ds Max in a typical session). Run it from anywhere in the tree.
+# plug-in makes on 3ds Max over the example day of work). Run it from anywhere in the tree.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -55,14 +55,16 @@ status=0
 cat <<'TEXT'
 
 ==============================================================================
- hublet replay --ini examples/Vantor.ini --renderer vray
+ hublet replay --session examples/day.session
 
- The plug-in in a simulated 3ds Max: start-up, a new scene, opening a file,
- a redraw of a user view, and two saves. Under each "== event" line are the
- calls the plug-in made on the host, in order.
+ The plug-in in a simulated 3ds Max over a working day (the session file says
+ what happens when): start-up, a new scene, the projection rules, two artists
+ saving, the preference file edited, a companion tool flipping switches, the
+ toolbar command. Under each "== event" line are the calls the plug-in made on
+ the host, in order, each named after its host codes after "#".
 ==============================================================================
 TEXT
-"$hublet" replay --ini examples/Vantor.ini --renderer vray
+"$hublet" replay --session examples/day.session
 
 cat <<TEXT
 
