@@ -102,6 +102,15 @@ std::string FunctionNote(int id) {
 
 // --- The plug-in's state, as the state event shows it ---
 
+// One settings field's value, for the transcript or as JSON.
+std::string FieldValue(const HubletSettings& s, const PreferenceKey& key, bool json) {
+  if (key.intField != nullptr) return Int(s.*key.intField);
+  if (key.floatField != nullptr) return json ? JsonFloat(s.*key.floatField) : FormatFloat(s.*key.floatField);
+  std::string list = "[";
+  for (int i = 0; i < kStoredViewCount; ++i) list += (i == 0 ? "" : json ? ", " : " ") + Int((s.*key.viewField)[i]);
+  return list + "]";
+}
+
 std::string StateText(const PluginState& state) {
   const bool saved = state.saveDay != 0;
   std::string text = "sceneTime " + Int(state.sceneTime) + ", sceneBusy " + Int(state.sceneBusy) +
@@ -114,15 +123,8 @@ std::string StateText(const PluginState& state) {
     for (std::size_t k = 0; k < kPreferenceKeyCount; ++k) {
       const PreferenceKey& key = kPreferenceKeys[k];
       if (key.when != when) continue;
-      text += separator + std::string(key.field) + " ";
+      text += separator + std::string(key.field) + " " + FieldValue(s, key, false);
       separator = ", ";
-      if (key.intField != nullptr) text += Int(s.*key.intField);
-      if (key.floatField != nullptr) text += FormatFloat(s.*key.floatField);
-      if (key.viewField != nullptr) {
-        text += "[";
-        for (int i = 0; i < kStoredViewCount; ++i) text += (i > 0 ? " " : "") + Int((s.*key.viewField)[i]);
-        text += "]";
-      }
     }
   }
   return text;
@@ -138,14 +140,7 @@ std::string StateJson(const PluginState& state) {
   const HubletSettings& s = state.settings;
   for (std::size_t k = 0; k < kPreferenceKeyCount; ++k) {
     const PreferenceKey& key = kPreferenceKeys[k];
-    json += (k > 0 ? ", " : "") + JsonString(key.field) + ": ";
-    if (key.intField != nullptr) json += Int(s.*key.intField);
-    if (key.floatField != nullptr) json += JsonFloat(s.*key.floatField);
-    if (key.viewField != nullptr) {
-      json += "[";
-      for (int i = 0; i < kStoredViewCount; ++i) json += (i > 0 ? ", " : "") + Int((s.*key.viewField)[i]);
-      json += "]";
-    }
+    json += (k > 0 ? ", " : "") + JsonString(key.field) + ": " + FieldValue(s, key, true);
   }
   return json + "}}";
 }
@@ -337,12 +332,6 @@ std::vector<ReplayEvent> ParseReplayEvent(const std::string& text) {
 }
 
 std::vector<std::string> DefaultReplayEvents() { return {"startup", "new", "open", "redraw:6", "save", "save"}; }
-
-std::string ReplayEventNames() {
-  std::string names;
-  for (const NamedNotification& n : kNotifications) names += std::string(names.empty() ? "" : ", ") + n.name;
-  return names;
-}
 
 ReplayRecord RunReplay(const ReplayOptions& options, const std::vector<ReplayEvent>& events) {
   return Runner(options).Run(events);

@@ -17,15 +17,16 @@ namespace tool {
 // an event between two others. Both are written with the same words (--user bob, user:bob).
 struct HostChange {
   enum class What {
-    User, Machine, Date, Time, Renderer, Property, ViewType, ActiveViewport, NoShadingExtension,
-    Directory, ToolbarScript, PreferenceFile
+    User, Machine, Date, Time, Renderer, Property, NoProperty, ViewType, ViewTransform, ActiveViewport,
+    NoShadingExtension, Directory, ToolbarScript, PreferenceFile
   };
   What what;
   std::wstring text;     // User, Machine, Property's value, Directory's path
   std::wstring path;     // PreferenceFile: the real file as the profile reader takes it, empty for none
   std::string given;     // PreferenceFile: the file as the user named it
-  int number;            // Time, ActiveViewport, Property ID, Directory ID, ViewType's type
-  int viewport;          // ViewType, NoShadingExtension
+  int number;            // Time, ActiveViewport, (No)Property ID, Directory ID, ViewType's type
+  int viewport;          // ViewType, ViewTransform, NoShadingExtension
+  Matrix43 transform;    // ViewTransform
   bool present;          // Renderer, Property (has a value), ToolbarScript, PreferenceFile
   LocalDate date;
   ClassId renderer;
@@ -98,6 +99,7 @@ struct ReplayHost {
   Lookup<ClassId> renderer;
   std::vector<int> viewTypes;
   std::vector<bool> shadingExtension;
+  std::vector<Matrix43> transforms;
   int activeViewport;
   std::vector<std::pair<int, Lookup<std::wstring>>> properties;  // by ID, those that exist
   std::vector<std::pair<int, std::wstring>> directories;         // plug-in configuration, scripts
@@ -119,9 +121,6 @@ std::string FormatReplayText(const ReplayRecord& record, bool bare);
 
 // The "hublet-replay/1" JSON document (see docs/hublet.md), ended by a newline.
 std::string FormatReplayJson(const ReplayRecord& record);
-
-// The notification names the replay knows, in hook-table order, for help texts.
-std::string ReplayEventNames();
 
 }  // namespace tool
 }  // namespace hublet

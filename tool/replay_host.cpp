@@ -52,15 +52,34 @@ void ParseRenderer(const std::string& text, HostChange& change) {
   }
 }
 
+int PropertyId(const std::string& name) {
+  if (name == "author") return host::kPropertyAuthor;
+  if (name == "subject") return host::kPropertySubject;
+  if (name == "title") return host::kPropertyTitle;
+  throw UsageError("the property must be author, subject or title, not \"" + name + "\"");
+}
+
 void ParseProperty(const std::string& text, HostChange& change) {
   const auto parts = SplitAt(text, '=', change.present);
-  change.number = 0;
-  if (parts.first == "author") change.number = host::kPropertyAuthor;
-  if (parts.first == "subject") change.number = host::kPropertySubject;
-  if (parts.first == "title") change.number = host::kPropertyTitle;
-  if (change.number == 0)
-    throw UsageError("the property must be author, subject or title, not \"" + parts.first + "\"");
+  change.number = PropertyId(parts.first);
   change.text = Utf8ToWide(parts.second);
+}
+
+// Twelve numbers, row by row, separated by commas: the three axes, then the translation.
+void ParseViewTransform(const std::string& text, HostChange& change) {
+  bool found = false;
+  const auto parts = SplitAt(text, '=', found);
+  if (!found) throw UsageError("view-transform takes I=X,Y,Z,... (twelve numbers, row by row)");
+  change.viewport = Viewport(parts.first, "the viewport of view-transform");
+  const char* next = parts.second.c_str();
+  for (int i = 0; i < 12; ++i) {
+    char* end = nullptr;
+    change.transform.m[i / 3][i % 3] = std::strtof(next, &end);
+    const char expected = i < 11 ? ',' : '\0';
+    if (end == next || *end != expected)
+      throw UsageError("view-transform: \"" + parts.second + "\" is not twelve numbers separated by commas");
+    next = end + 1;
+  }
 }
 
 void ParseViewType(const std::string& text, HostChange& change) {
@@ -113,7 +132,9 @@ const std::vector<HostChangeName>& HostChangeNames() {
       {"time", What::Time, true, true},
       {"renderer", What::Renderer, true, true},
       {"property", What::Property, true, true},
+      {"no-property", What::NoProperty, true, false},
       {"viewport-type", What::ViewType, true, true},
+      {"view-transform", What::ViewTransform, true, true},
       {"active", What::ActiveViewport, true, true},
       {"no-shading-extension", What::NoShadingExtension, true, true},
       {"dir", What::Directory, true, true},
@@ -157,6 +178,12 @@ bool ParseHostChange(const std::string& name, const std::string* value, HostChan
       break;
     case What::ViewType:
       ParseViewType(text, change);
+      break;
+    case What::NoProperty:
+      change.number = PropertyId(text);
+      break;
+    case What::ViewTransform:
+      ParseViewTransform(text, change);
       break;
     case What::ActiveViewport:
       change.number = Viewport(text, "the active viewport");
@@ -204,6 +231,12 @@ void ReplayHostState::Apply(const HostChange& change) {
         host.SetProperty(host::kPropertySetSummary, change.number, change.text);
       else
         host.SetPropertyWithoutValue(host::kPropertySetSummary, change.number);
+      break;
+    case What::NoProperty:
+      host.DeleteProperty(host::kPropertySetSummary, change.number);
+      break;
+    case What::ViewTransform:
+      host.viewport(change.viewport).transform = change.transform;
       break;
     case What::ViewType: {
       SimView& view = host.viewport(change.viewport);
@@ -257,6 +290,7 @@ ReplayHost ReplayHostState::Describe() const {
   for (int i = 0; i < SimHost::kViewportCount; ++i) {
     d.viewTypes.push_back(session_.host.viewport(i).type);
     d.shadingExtension.push_back(session_.host.viewport(i).hasShadingExtension);
+    d.transforms.push_back(session_.host.viewport(i).transform);
   }
   d.activeViewport = host.activeViewport;
   for (const int id : {host::kPropertyAuthor, host::kPropertySubject, host::kPropertyTitle}) {

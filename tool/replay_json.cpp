@@ -47,7 +47,8 @@ std::string HostJson(const ReplayHost& h) {
                      ", \"viewports\": [";
   for (std::size_t i = 0; i < h.viewTypes.size(); ++i)
     json += std::string(i > 0 ? ", " : "") + "{" + Member("type", Int(h.viewTypes[i])) + ", " +
-            Member("shadingExtension", h.shadingExtension[i] ? "true" : "false") + "}";
+            Member("shadingExtension", h.shadingExtension[i] ? "true" : "false") + ", " +
+            Member("transform", ValueJson(MatrixValue(h.transforms[i]))) + "}";
   json += "], " + Member("activeViewport", Int(h.activeViewport)) + ", \"properties\": [";
   for (std::size_t i = 0; i < h.properties.size(); ++i) {
     const Lookup<std::wstring>& value = h.properties[i].second;

@@ -26,7 +26,8 @@ std::string HostLines(const ReplayHost& h) {
   out += "# viewports:";
   for (std::size_t i = 0; i < h.viewTypes.size(); ++i)
     out += " " + Int(static_cast<int>(i)) + "=type " + Int(h.viewTypes[i]) +
-           (h.shadingExtension[i] ? "" : " (no shading extension)");
+           (h.shadingExtension[i] ? "" : " (no shading extension)") +
+           (h.transforms[i] == IdentityMatrix() ? "" : " (transform " + FormatMatrix(h.transforms[i]) + ")");
   out += ", active " + Int(h.activeViewport) + "\n";
   out += "# summary properties:";
   for (std::size_t i = 0; i < h.properties.size(); ++i) {
