@@ -75,7 +75,6 @@ const char kHelp[] =
 
 struct ReplayInput {
   ReplayOptions options;
-  std::vector<std::string> eventWords;
   std::vector<ReplayEvent> events;
   bool eventsGiven = false;
   bool iniGiven = false;

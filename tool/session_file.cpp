@@ -27,7 +27,7 @@ std::vector<SessionLine> SplitSessionFile(const std::string& bytes) {
     if (text.empty() || text[0] == '#') continue;
     SessionLine line;
     line.number = number;
-    std::size_t blank = text.find_first_of(" \t");
+    const std::size_t blank = text.find_first_of(" \t");
     if (text.compare(0, 2, "--") == 0 && blank != std::string::npos && text.find('=') > blank) {
       line.words.push_back(text.substr(0, blank));
       line.words.push_back(Trimmed(text.substr(blank)));
