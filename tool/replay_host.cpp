@@ -4,6 +4,7 @@
 
 #include "platform/wide_text.h"
 #include "toolbar/toolbar.h"
+#include "tool/calendar.h"
 #include "tool/command_line.h"
 
 namespace hublet {
@@ -103,12 +104,6 @@ void ParseDirectory(const std::string& text, HostChange& change) {
   change.text = Utf8ToWide(parts.second);
 }
 
-int DaysInMonth(int month, int year) {
-  static const int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return month == 2 && leap ? 29 : kDays[month - 1];
-}
-
 void ParseDate(const std::string& text, HostChange& change) {
   const std::size_t first = text.find('-');
   const std::size_t second = first == std::string::npos ? first : text.find('-', first + 1);
@@ -116,8 +111,7 @@ void ParseDate(const std::string& text, HostChange& change) {
   const LocalDate date{ParseInt32(text.substr(0, first), "the day of the date"),
                        ParseInt32(text.substr(first + 1, second - first - 1), "the month of the date"),
                        ParseInt32(text.substr(second + 1), "the year of the date")};
-  if (date.month < 1 || date.month > 12 || date.year < 1000 || date.year > 9999 || date.day < 1 ||
-      date.day > DaysInMonth(date.month, date.year))
+  if (date.year < 1000 || date.year > 9999 || !IsCalendarDay(date.day, date.month, date.year))
     throw UsageError("the date \"" + text + "\" is not a day of the calendar (D-M-YYYY, a four-digit year)");
   change.date = date;
 }

@@ -4,6 +4,7 @@
 
 #include "platform/byte_source.h"
 #include "platform/wide_text.h"
+#include "tool/calendar.h"
 #include "tool/command_line.h"
 
 namespace hublet {
@@ -17,13 +18,6 @@ bool TakeNumber(const std::wstring& text, std::size_t& at, int& value) {
   while (at < text.size() && text[at] >= L'0' && text[at] <= L'9' && at - start < 5)
     value = value * 10 + (text[at++] - L'0');
   return at > start && text[start] != L'0';
-}
-
-bool IsCalendarDay(int day, int month, int year) {
-  static const int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  if (month < 1 || month > 12 || day < 1) return false;
-  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return day <= (month == 2 && leap ? 29 : kDays[month - 1]);
 }
 
 bool IsMaxFile(const std::wstring& name) {
