@@ -22,15 +22,10 @@ std::string Hex(HRESULT result) {
   return text;
 }
 
-// Where structured storage gives up on a file, the portable reader tells what is wrong
-// with it in words, not as an error code.
-SummaryInformation Unreadable(const std::wstring& path, const std::string& what, HRESULT result) {
-  SummaryInformation portable = ReadSummaryFromFile(path);
-  if (portable.status == SummaryStatus::kRead) {
-    portable = SummaryInformation();
-    portable.reason = what + " (" + Hex(result) + ")";
-  }
-  return portable;
+SummaryInformation Unreadable(const std::string& what, HRESULT result) {
+  SummaryInformation info;
+  info.reason = what + " (" + Hex(result) + ")";
+  return info;
 }
 
 SummaryText TextOf(const PROPVARIANT& value) {
@@ -53,6 +48,50 @@ void Release(T*& object) {
   object = nullptr;
 }
 
+SummaryInformation ReadThroughStructuredStorage(const std::wstring& path) {
+  SummaryInformation info;
+  // Opened as a storage, then asked for its property sets: Wine's StgOpenStorageEx hands
+  // back the storage whatever interface is asked for.
+  IStorage* storage = nullptr;
+  HRESULT result = StgOpenStorageEx(path.c_str(), STGM_READ | STGM_SHARE_DENY_WRITE, STGFMT_STORAGE, 0, nullptr,
+                                    nullptr, kStorageId, reinterpret_cast<void**>(&storage));
+  if (result == STG_E_FILEALREADYEXISTS) {
+    // What structured storage answers for a file that is not a compound file.
+    info.status = SummaryStatus::kNotCompoundFile;
+    return info;
+  }
+  if (FAILED(result)) return Unreadable("structured storage cannot open it", result);
+  IPropertySetStorage* sets = nullptr;
+  result = storage->QueryInterface(kPropertySetStorageId, reinterpret_cast<void**>(&sets));
+  Release(storage);
+  if (FAILED(result)) return Unreadable("the file has no property sets", result);
+  IPropertyStorage* properties = nullptr;
+  result = sets->Open(kSummaryFormatId, STGM_READ | STGM_SHARE_EXCLUSIVE, &properties);
+  Release(sets);
+  if (result == STG_E_FILENOTFOUND) {
+    info.status = SummaryStatus::kNoSummaryInformation;
+    return info;
+  }
+  if (FAILED(result)) return Unreadable("the summary information cannot be opened", result);
+  PROPSPEC specs[3];
+  PROPVARIANT values[3];
+  for (ULONG i = 0; i < 3; ++i) {
+    specs[i].ulKind = PRSPEC_PROPID;
+    specs[i].propid = i + 2;  // title, subject, author
+    PropVariantInit(&values[i]);
+  }
+  result = properties->ReadMultiple(3, specs, values);
+  Release(properties);
+  if (FAILED(result)) return Unreadable("the summary information cannot be read", result);
+  // 8-bit strings come back converted to the system's code page, whatever the set's.
+  info.title = TextOf(values[0]);
+  info.subject = TextOf(values[1]);
+  info.author = TextOf(values[2]);
+  info.status = SummaryStatus::kRead;
+  FreePropVariantArray(3, values);
+  return info;
+}
+
 }  // namespace
 
 std::wstring CodePageToWide(unsigned codePage, const std::string& bytes) {
@@ -66,48 +105,14 @@ std::wstring CodePageToWide(unsigned codePage, const std::string& bytes) {
   return text;
 }
 
+// Structured storage is not ours to bound (Wine spends most of a minute on a chain that
+// loops), so it reads only files the portable reader has found sound; on a damaged file
+// the portable reader's words say what is wrong, where the system has only a code.
 SummaryInformation ReadSummaryInformation(const std::wstring& path) {
-  SummaryInformation info;
-  // Opened as a storage, then asked for its property sets: Wine's StgOpenStorageEx hands
-  // back the storage whatever interface is asked for.
-  IStorage* storage = nullptr;
-  HRESULT result = StgOpenStorageEx(path.c_str(), STGM_READ | STGM_SHARE_DENY_WRITE, STGFMT_STORAGE, 0, nullptr,
-                                    nullptr, kStorageId, reinterpret_cast<void**>(&storage));
-  if (result == STG_E_FILEALREADYEXISTS) {
-    // What structured storage answers for a file that is not a compound file.
-    info.status = SummaryStatus::kNotCompoundFile;
-    return info;
-  }
-  if (FAILED(result)) return Unreadable(path, "structured storage cannot open it", result);
-  IPropertySetStorage* sets = nullptr;
-  result = storage->QueryInterface(kPropertySetStorageId, reinterpret_cast<void**>(&sets));
-  Release(storage);
-  if (FAILED(result)) return Unreadable(path, "the file has no property sets", result);
-  IPropertyStorage* properties = nullptr;
-  result = sets->Open(kSummaryFormatId, STGM_READ | STGM_SHARE_EXCLUSIVE, &properties);
-  Release(sets);
-  if (result == STG_E_FILENOTFOUND) {
-    info.status = SummaryStatus::kNoSummaryInformation;
-    return info;
-  }
-  if (FAILED(result)) return Unreadable(path, "the summary information cannot be opened", result);
-  PROPSPEC specs[3];
-  PROPVARIANT values[3];
-  for (ULONG i = 0; i < 3; ++i) {
-    specs[i].ulKind = PRSPEC_PROPID;
-    specs[i].propid = i + 2;  // title, subject, author
-    PropVariantInit(&values[i]);
-  }
-  result = properties->ReadMultiple(3, specs, values);
-  Release(properties);
-  if (FAILED(result)) return Unreadable(path, "the summary information cannot be read", result);
-  // 8-bit strings come back converted to the system's code page, whatever the set's.
-  info.title = TextOf(values[0]);
-  info.subject = TextOf(values[1]);
-  info.author = TextOf(values[2]);
-  info.status = SummaryStatus::kRead;
-  FreePropVariantArray(3, values);
-  return info;
+  SummaryInformation portable = ReadSummaryFromFile(path);
+  if (portable.status == SummaryStatus::kNotCompoundFile || portable.status == SummaryStatus::kUnreadable)
+    return portable;
+  return ReadThroughStructuredStorage(path);
 }
 
 }  // namespace hublet
