@@ -394,8 +394,9 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
       const bool fits = line.name.length <= kLongestRemembered;
       if (fits) FoldInto(text, line.name, name);
       const bool first = fits && headers.size() < kRememberedEntries && headers.insert(name).second;
-      if (first || (current != nullptr && fits)) {
-        learning = name + L'\0';
+      // A section an earlier walk remembered whole is not remembered again.
+      if ((first && completeSections_.count(name) == 0) || (current != nullptr && fits)) {
+        learning.assign(name) += L'\0';
         whole = true;
       }
       const bool more = ahead > 0 || current != nullptr || (rooms[1] > 0 && headers.size() < kRememberedEntries);
@@ -410,7 +411,8 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
       // Every entry takes room, a repeated name too, so a section of a million
       // repeats is not folded a million times.
       FoldInto(text, line.name, name);
-      found_.emplace(learning + name, entry);
+      memo_.assign(learning).append(name);
+      if (found_.find(memo_) == found_.end()) found_.emplace(memo_, entry);
       --room;
     }
     if (current == nullptr) return true;
@@ -433,17 +435,18 @@ void IniDocument::Prepare(const std::vector<std::pair<std::wstring, std::wstring
 }
 
 IniFound IniDocument::Find(const std::wstring& section, const std::wstring& key) const {
-  std::wstring memo;
-  memo.reserve(section.size() + 1 + key.size());
-  AppendFoldedArgument(section, memo);
-  memo += L'\0';
-  AppendFoldedArgument(key, memo);
-  auto answer = found_.find(memo);
-  if (answer == found_.end()) {
+  memo_.clear();
+  AppendFoldedArgument(section, memo_);
+  const std::size_t sectionLength = memo_.size();
+  memo_ += L'\0';
+  AppendFoldedArgument(key, memo_);
+  auto answer = found_.find(memo_);
+  // Not remembered: a section remembered whole has no such key; another needs a walk.
+  if (answer == found_.end() && completeSections_.count(memo_.substr(0, sectionLength)) == 0) {
+    const std::wstring memo = memo_;  // the walk writes memo_
     Prepare({{section, key}});
     answer = found_.find(memo);
   }
-  // Not remembered after a walk: a section remembered whole has no such key.
   return answer != found_.end() ? answer->second : IniFound();
 }
 

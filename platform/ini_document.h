@@ -125,6 +125,8 @@ class IniDocument {
   mutable std::unordered_map<std::wstring, IniFound> found_;
   // Folded names of the sections whose every key found_ holds.
   mutable std::unordered_set<std::wstring> completeSections_;
+  // The key of found_ being built, kept so that a lookup allocates nothing.
+  mutable std::wstring memo_;
 };
 
 // A profile reader answering from a parsed document: the POSIX reader, and anything that

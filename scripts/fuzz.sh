@@ -38,8 +38,9 @@ export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 mkdir -p "$build/artifacts"
 for target in $targets; do
   mkdir -p "$corpus/$target"
-  # The whole-session target takes files of any size; the narrow ones stay small and fast.
-  max_len=4096 seeds=fuzz/corpus words=(-dict=fuzz/preference.dict)
+  # The whole-session target takes files of any size; the narrow ones stay small and fast,
+  # yet long enough for a value to overrun the plug-in's 260-character buffer.
+  max_len=512 seeds=fuzz/corpus words=(-dict=fuzz/preference.dict)
   [ "$target" = preference_file_fuzzer ] && max_len=65536
   # Scene files: seeds of their own, no preference words, room for a few sectors.
   [ "$target" = summary_file_fuzzer ] && max_len=16384 seeds=fuzz/scene_corpus words=()

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cwchar>
 #include <string>
 
 namespace hublet {
@@ -13,38 +14,35 @@ namespace {
 class Random {
  public:
   explicit Random(std::uint64_t state) : state_(state) {}
-  std::uint64_t Next() {
+  std::size_t Below(std::size_t n) {
     std::uint64_t z = (state_ += 0x9E3779B97F4A7C15ull);
     z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
     z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
-    return z ^ (z >> 31);
+    return static_cast<std::size_t>((z ^ (z >> 31)) % n);
   }
-  std::size_t Below(std::size_t n) { return static_cast<std::size_t>(Next() % n); }
   bool OneIn(std::size_t n) { return Below(n) == 0; }
-  template <std::size_t N>
-  std::wstring Of(const wchar_t* const (&items)[N]) { return items[Below(N)]; }
+  template <class T, std::size_t N>
+  T Of(const T (&items)[N]) { return items[Below(N)]; }
+  wchar_t CharOf(const wchar_t* set) { return set[Below(std::wcslen(set))]; }
 
  private:
   std::uint64_t state_;
 };
 
-// Names shared by the files and the lookups, so that most lookups meet something: blanks
-// inside, non-ASCII letters (whose case never folds), and the characters the API treats
-// specially.
+// Names shared by the files and the lookups: blanks inside, non-ASCII letters (whose
+// case the API does not fold), and the characters it treats specially.
 const wchar_t* const kSections[] = {L"S", L"MyView", L"FLINT", L"sp  ace", L"\u00C4rger",
                                     L"\u03A3\u03B9", L";S", L"\"S\"", L"A=B", L"[S", L""};
 const wchar_t* const kKeys[] = {L"FPS", L"K", L"USE VPL", L"Gamma", L"\u00C4", L"\u03C3",
                                 L"#K", L"'K'", L";K", L"K;1", L""};
-// Around names and values: the blanks the reader trims, and some it keeps.
-const wchar_t kPadChars[] = L"      \t\t\t\v\f\r\x1A";
-const wchar_t kKeptChars[] = L"\x01\x1F\u00A0\u3000\uFEFF";
 const wchar_t* const kLineEnds[] = {L"\r\n", L"\n", L"\r", L"\r\r\n", L"\n\r"};
 
+// Around names and values: mostly the blanks the reader trims, now and then a character
+// it keeps, or a NUL.
 std::wstring Pad(Random& r) {
   std::wstring pad;
   for (std::size_t n = r.OneIn(2) ? 0 : 1 + r.Below(3); n > 0; --n)
-    pad += r.OneIn(40) ? L'\0' : r.OneIn(12) ? kKeptChars[r.Below(sizeof kKeptChars / sizeof *kKeptChars - 1)]
-                                             : kPadChars[r.Below(sizeof kPadChars / sizeof *kPadChars - 1)];
+    pad += r.OneIn(40) ? L'\0' : r.CharOf(r.OneIn(12) ? L"\x01\x1F\u00A0\u3000\uFEFF" : L"      \t\t\t\v\f\r\x1A");
   return pad;
 }
 
@@ -60,26 +58,31 @@ struct Vocabulary {
   std::wstring keys[4];
 };
 
-// One of them, its ASCII letters in any case.
+// Whether a letter's other case is the unit 0x20 away: ASCII, Latin-1 and Greek ones.
+bool HasCase(wchar_t c) {
+  const wchar_t lower = c | 0x20;
+  return (lower >= L'a' && lower <= L'z') || (lower >= 0xE0 && lower <= 0xFE && lower != 0xF7) ||
+         (lower >= 0x3B1 && lower <= 0x3C9 && lower != 0x3C2);
+}
+
+// One of them, its letters in any case (the reader folds only ASCII).
 template <std::size_t N>
 std::wstring Cased(Random& r, const std::wstring (&names)[N]) {
-  std::wstring name = names[r.Below(N)];
+  std::wstring name = r.Of(names);
   if (r.OneIn(3))
     for (wchar_t& c : name)
-      if (r.OneIn(2) && ((c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'))) c ^= 0x20;
+      if (r.OneIn(2) && HasCase(c)) c ^= 0x20;
   return name;
 }
 
 // Text of n characters: mostly printable ASCII with the API's special characters, some
 // code page 1252 bytes, and in a UTF-16 file any code unit, lone surrogates included.
 std::wstring Text(Random& r, bool wide, std::size_t n) {
-  static const wchar_t kAscii[] = L"abcXYZ 019;=#\"'[]-+.";
   std::wstring text(n, L'x');
   for (wchar_t& c : text) {
     const std::size_t kind = r.Below(10);
-    if (kind < 7) c = kAscii[r.Below(sizeof kAscii / sizeof *kAscii - 1)];
-    else if (kind < 9 || !wide) c = static_cast<wchar_t>(1 + r.Below(0xFF));
-    else c = static_cast<wchar_t>(1 + r.Below(0xFFFF));
+    if (kind < 7) c = r.CharOf(L"abcXYZ 019;=#\"'[]-+.");
+    else c = static_cast<wchar_t>(1 + r.Below(kind < 9 || !wide ? 0xFF : 0xFFFF));
   }
   return text;
 }
@@ -92,16 +95,14 @@ std::wstring Number(Random& r) {
       L"2147483647", L"2147483648", L"-2147483648", L"-2147483649", L"4294967295",
       L"4294967296", L"4294967297", L"99999999999999999999", L"18446744073709551616",
       L"0x7FFFFFFF", L"0xffffffff", L"0x100000000", L"-0x10", L"0b", L"0x"};
-  if (r.OneIn(5)) return r.Of(kEdges);
   static const wchar_t* const kSigns[] = {L"", L"", L"", L"+", L"-", L"--", L"+-", L"- "};
-  static const wchar_t* const kPrefixes[] = {L"", L"", L"", L"0x", L"0X", L"0o", L"0O",
-                                             L"0b", L"0B"};
+  static const wchar_t* const kPrefixes[] = {L"", L"", L"", L"0x", L"0X", L"0o", L"0O", L"0b", L"0B"};
   static const wchar_t* const kTails[] = {L"", L"", L"", L".5", L"e3", L",000", L" 12", L"abc"};
-  static const wchar_t kDigits[] = L"0123456789abcdefABCDEFxz";
-  std::wstring number = r.Of(kSigns) + r.Of(kPrefixes);
+  if (r.OneIn(5)) return r.Of(kEdges);
+  std::wstring number = std::wstring(r.Of(kSigns)) + r.Of(kPrefixes);
   number.append(r.OneIn(4) ? r.Below(32) : 0, L'0');
   for (std::size_t n = r.OneIn(6) ? r.Below(40) : 1 + r.Below(9); n > 0; --n)
-    number += r.OneIn(4) ? kDigits[r.Below(24)] : static_cast<wchar_t>(L'0' + r.Below(10));
+    number += r.CharOf(r.OneIn(4) ? L"0123456789abcdefABCDEFxz" : L"0123456789");
   return number + r.Of(kTails);
 }
 
@@ -133,14 +134,13 @@ std::wstring Line(Random& r, const Vocabulary& v, bool wide) {
   static const wchar_t* const kClosers[] = {L"]", L"]", L"]", L"]", L"]]", L"] junk", L"]K=9",
                                             L"", L"]x]", L"] ; c ]"};
   switch (r.Below(12)) {
-    case 0:
-      return Pad(r) + L"[" + Pad(r) + Cased(r, v.sections) + Pad(r) + r.Of(kClosers) + Pad(r);
-    case 2: return Pad(r) + Cased(r, v.keys) + (r.OneIn(2) ? L" 4" : L"");  // no '='
-    case 3: return Pad(r) + L";" + Cased(r, v.keys) + L"=" + Value(r, wide);
-    case 4: return Pad(r);
-    case 5: {  // what a broken tool leaves: stray structure, controls and NULs
-      std::wstring junk(r.Below(8), L'x');
-      for (wchar_t& c : junk) c = L"=[];\0\x01 ab"[r.Below(9)];
+    case 0: return Pad(r) + L"[" + Pad(r) + Cased(r, v.sections) + Pad(r) + r.Of(kClosers) + Pad(r);
+    case 1: return Pad(r) + Cased(r, v.keys) + (r.OneIn(2) ? L" 4" : L"");  // no '='
+    case 2: return Pad(r) + L";" + Cased(r, v.keys) + L"=" + Value(r, wide);
+    case 3: return Pad(r);
+    case 4: {  // what a broken tool leaves: stray structure, controls and NULs
+      std::wstring junk(r.Below(8), L'\0');
+      for (wchar_t& c : junk) c = r.OneIn(9) ? L'\0' : r.CharOf(L"=[];\x01 ab");
       return junk;
     }
     default: return Pad(r) + Cased(r, v.keys) + Pad(r) + L"=" + Pad(r) + Value(r, wide) + Pad(r);
@@ -151,7 +151,8 @@ std::wstring Line(Random& r, const Vocabulary& v, bool wide) {
 template <std::size_t N, std::size_t M>
 std::wstring Argument(Random& r, const std::wstring (&names)[N], const wchar_t* const (&pool)[M]) {
   const std::wstring name = r.OneIn(8) ? Name(r, pool) : Cased(r, names);
-  if (r.OneIn(20)) return L"\t" + name;
+  const std::wstring blank(1, r.CharOf(L"\t\v\x1A\u00A0\u3000"));
+  if (r.OneIn(20)) return r.OneIn(2) ? blank + name : name + blank;
   return r.OneIn(8) ? L"  " + name + L" " : name;
 }
 
@@ -163,47 +164,39 @@ ProfileQuery Query(Random& r, const Vocabulary& v) {
   query.isInt = r.OneIn(2);
   query.section = Argument(r, v.sections, kSections);
   query.key = Argument(r, v.keys, kKeys);
-  query.intDefault = kIntDefaults[r.Below(sizeof kIntDefaults / sizeof *kIntDefaults)];
+  query.intDefault = r.Of(kIntDefaults);
   query.textDefault = r.OneIn(30) ? std::wstring(300, L'd') : r.Of(kTextDefaults);
   return query;
-}
-
-enum class Encoding { Ansi, Utf16Le, Utf16LeNoBom, Utf8Bom, Utf16Be };
-
-std::string Encode(const std::wstring& text, Encoding encoding) {
-  static const char* const kMarks[] = {"", "\xFF\xFE", "", "\xEF\xBB\xBF", "\xFE\xFF"};
-  std::string bytes = kMarks[static_cast<int>(encoding)];
-  const bool wide = encoding == Encoding::Utf16Le || encoding == Encoding::Utf16LeNoBom;
-  for (const wchar_t c : text) {
-    const char low = static_cast<char>(c & 0xFF), high = static_cast<char>(c >> 8 & 0xFF);
-    if (encoding == Encoding::Utf16Be) bytes += {high, low};
-    else if (wide) bytes += {low, high};
-    else bytes += c > 0xFF ? '?' : low;  // a code page 1252 file cannot hold it
-  }
-  return bytes;
 }
 
 }  // namespace
 
 GeneratedProfile GenerateProfile(std::uint64_t seed, std::uint64_t index) {
   Random r(seed * 0x100000001B3ull ^ index);
-  static const Encoding kEncodings[] = {Encoding::Ansi, Encoding::Ansi, Encoding::Ansi,
-                                        Encoding::Ansi, Encoding::Utf16Le, Encoding::Utf16Le,
-                                        Encoding::Utf16Le, Encoding::Utf16LeNoBom,
-                                        Encoding::Utf8Bom, Encoding::Utf16Be};
-  const Encoding encoding = kEncodings[r.Below(10)];
-  const bool wide = encoding == Encoding::Utf16Le;
-  // One line-end style for the file, or a mix of all of them.
-  const std::size_t style = r.Below(4);
+  // Mostly code page 1252 and UTF-16LE; now and then what Windows misreads.
+  enum Encoding { kAnsi, kUtf16Le, kUtf16LeNoMark, kUtf8Mark, kUtf16Be };
+  static const Encoding kEncodings[] = {kAnsi, kAnsi, kAnsi, kAnsi, kUtf16Le, kUtf16Le, kUtf16Le,
+                                        kUtf16LeNoMark, kUtf8Mark, kUtf16Be};
+  static const char* const kMarks[] = {"", "\xFF\xFE", "", "\xEF\xBB\xBF", "\xFE\xFF"};
+  const Encoding encoding = r.Of(kEncodings);
+  const bool wide = encoding == kUtf16Le;
   Vocabulary v;
   for (std::wstring& name : v.sections) name = Name(r, kSections);
   for (std::wstring& name : v.keys) name = Name(r, kKeys);
+  // Text above the first header, or none; one line-end style, or a mix of all.
   std::wstring text = r.OneIn(4) ? L"" : L"[" + v.sections[0] + L"]\r\n";
+  const std::size_t style = r.Below(4);
   for (std::size_t n = r.OneIn(10) ? r.Below(200) : 4 + r.Below(25); n > 0; --n)
     text += Line(r, v, wide) + (style < 3 ? kLineEnds[style] : r.Of(kLineEnds));
   if (r.OneIn(3)) text += Line(r, v, wide);  // a last line without its end
   GeneratedProfile profile;
-  profile.bytes = Encode(text, encoding);
+  profile.bytes = kMarks[encoding];
+  for (const wchar_t c : text) {
+    const char low = static_cast<char>(c & 0xFF), high = static_cast<char>(c >> 8 & 0xFF);
+    if (encoding == kUtf16Be) profile.bytes += {high, low};
+    else if (encoding == kUtf16Le || encoding == kUtf16LeNoMark) profile.bytes += {low, high};
+    else profile.bytes += c > 0xFF ? '?' : low;  // a code page 1252 file cannot hold it
+  }
   if (wide && r.OneIn(20)) profile.bytes += 'x';  // a UTF-16 file cut inside a unit
   for (int n = 0; n < 16; ++n) profile.queries.push_back(Query(r, v));
   return profile;
