@@ -15,8 +15,11 @@
 # build/fuzz/corpus/ (or HUBLET_FUZZ_CORPUS) and is reused by the next run. A crash, a
 # sanitizer report, a broken invariant or an input slower than 10 s is written to
 # build/fuzz/artifacts/ and makes this script exit non-zero; replay one with
-# build/fuzz/fuzz/TARGET build/fuzz/artifacts/<file>.
+# build/fuzz/fuzz/TARGET build/fuzz/artifacts/<file>. Each target's whole output is in
+# build/fuzz/logs/TARGET.log; the script prints how many inputs ran, and how fast.
 set -euo pipefail
+# A corpus folder given relative to where the command was typed stays there.
+[ -z "${HUBLET_FUZZ_CORPUS:-}" ] || HUBLET_FUZZ_CORPUS=$(realpath -m "$HUBLET_FUZZ_CORPUS")
 cd "$(dirname "$0")/.."
 
 seconds=${1:-20}
@@ -35,7 +38,7 @@ cmake --build "$build" --target $targets -j "$(nproc)"
 
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
-mkdir -p "$build/artifacts"
+mkdir -p "$build/artifacts" "$build/logs"
 for target in $targets; do
   mkdir -p "$corpus/$target"
   # The whole-session target takes files of any size; the narrow ones stay small and fast,
@@ -49,10 +52,19 @@ for target in $targets; do
   if [ -n "$runs" ]; then options+=(-runs="$runs"); else options+=(-max_total_time="$seconds"); fi
   # With more than one job, libFuzzer's fork mode runs that many workers on one corpus.
   [ "$jobs" -gt 1 ] && options+=(-fork="$jobs")
-  echo "== $target"
-  "$build/fuzz/$target" "${options[@]}" "$corpus/$target" "$seeds" 2>&1 |
-    grep -E '^(stat::number_of_executed_units|stat::average_exec_per_sec|INFO: Running|==[0-9]+==|invariant|SUMMARY|Done)' || true
-  status=${PIPESTATUS[0]}
-  [ "$status" -eq 0 ] || { echo "fuzz: $target failed (status $status); see $build/artifacts/" >&2; exit 1; }
+  log="$build/logs/$target.log"
+  status=0
+  "$build/fuzz/$target" "${options[@]}" "$corpus/$target" "$seeds" >"$log" 2>&1 || status=$?
+  grep -E '^(==[0-9]+==|invariant|SUMMARY)' "$log" || true
+  # Inputs run and their rate: libFuzzer's closing figures, or in fork mode its last
+  # progress line.
+  done_runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1)
+  rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -n 1)
+  if [ -z "$done_runs" ]; then
+    done_runs=$(sed -n 's/^#\([0-9]*\):.*/\1/p' "$log" | tail -n 1)
+    rate=$(sed -n 's/^#[0-9]*:.* exec\/s:\{0,1\} *\([0-9]*\).*/\1/p' "$log" | tail -n 1)
+  fi
+  echo "$target: ${done_runs:-?} inputs, ${rate:-?} a second, corpus $corpus/$target ($(ls "$corpus/$target" | wc -l) files)"
+  [ "$status" -eq 0 ] || { echo "fuzz: $target failed (status $status); see $log and $build/artifacts/" >&2; exit 1; }
 done
 echo "fuzz: no crash in any target (${targets% })"

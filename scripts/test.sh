@@ -2,7 +2,8 @@
 # Builds every build that can run on Linux and runs all of their tests:
 #   native  - g++, the whole suite
 #   asan    - clang with AddressSanitizer and UndefinedBehaviorSanitizer, the whole suite
-#   mingw   - the Windows cross-build, the whole suite under Wine (the real profile API)
+#   mingw   - the Windows cross-build, the whole suite under Wine (the real profile API),
+#             our reader against that API on 3000 random files among it
 #   fuzz    - a short libFuzzer run over the preference-file path
 # Installs what it needs from Debian's packages first (as root).
 set -euo pipefail
