@@ -4,18 +4,19 @@
 #
 #   scripts/differential.sh                 seed 1, 3000 files: what the test command runs
 #   scripts/differential.sh 7 100000        seed 7, files 0 to 99999
+#   scripts/differential.sh 7 1 4242        seed 7, file 4242 alone: a failure replayed
 #   HUBLET_DIFFERENTIAL_JOBS=2 scripts/differential.sh 7 100000   the files split over two
 #                                           Wine processes side by side
 #
 # A disagreement that is not one of Wine's known differences fails the run and prints the
-# file, shrunk, and the lookup as rows for tests/platform/profile_cases.txt; the seed and
-# the file's number replay it: scripts/differential.sh SEED 1 (with the number as FIRST
-# when running build/mingw/tests/platform/profile_differential.exe SEED 1 FIRST).
+# seed and the file's number, and the file, shrunk, and the lookup as rows for
+# tests/platform/profile_cases.txt.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 seed=${1:-1}
 count=${2:-3000}
+start=${3:-0}
 jobs=${HUBLET_DIFFERENTIAL_JOBS:-1}
 
 cmake --preset mingw >/dev/null
@@ -28,7 +29,7 @@ cd build/mingw/tests/platform
 pids=()
 for ((job = 0; job < jobs; ++job)); do
   first=$((count * job / jobs))
-  ../../../../cmake/wine-run.sh ./profile_differential.exe "$seed" $((count * (job + 1) / jobs - first)) "$first" &
+  ../../../../cmake/wine-run.sh ./profile_differential.exe "$seed" $((count * (job + 1) / jobs - first)) $((start + first)) &
   pids+=($!)
 done
 status=0
