@@ -73,14 +73,14 @@ class CountedBytes : public ByteSource {
  public:
   explicit CountedBytes(ByteSource& file) : file_(file) {}
   std::uint64_t Size() const override { return file_.Size(); }
-  bool ReadAt(std::uint64_t offset, std::uint8_t* out, std::size_t count) override {
-    read += count;
-    ++reads;
-    return file_.ReadAt(offset, out, count);
-  }
   std::uint64_t read = 0, reads = 0;
 
  private:
+  std::size_t ReadSome(std::uint64_t offset, std::uint8_t* out, std::size_t count) override {
+    read += count;
+    ++reads;
+    return file_.ReadAt(offset, out, count) ? count : 0;
+  }
   ByteSource& file_;
 };
 

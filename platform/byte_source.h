@@ -14,7 +14,12 @@ class ByteSource {
   virtual std::uint64_t Size() const = 0;
   // Reads count bytes at offset into out; false when the source ends before them or the
   // read fails.
-  virtual bool ReadAt(std::uint64_t offset, std::uint8_t* out, std::size_t count) = 0;
+  bool ReadAt(std::uint64_t offset, std::uint8_t* out, std::size_t count);
+
+ protected:
+  // Reads up to count bytes at offset, which lie inside the source; how many were read,
+  // 0 when the read fails.
+  virtual std::size_t ReadSome(std::uint64_t offset, std::uint8_t* out, std::size_t count) = 0;
 };
 
 // Bytes held in memory (tests, fuzzing).
@@ -22,9 +27,9 @@ class MemoryBytes : public ByteSource {
  public:
   explicit MemoryBytes(std::string bytes) : bytes_(std::move(bytes)) {}
   std::uint64_t Size() const override { return bytes_.size(); }
-  bool ReadAt(std::uint64_t offset, std::uint8_t* out, std::size_t count) override;
 
  private:
+  std::size_t ReadSome(std::uint64_t offset, std::uint8_t* out, std::size_t count) override;
   std::string bytes_;
 };
 

@@ -21,20 +21,15 @@ class FileBytes : public ByteSource {
   FileBytes& operator=(const FileBytes&) = delete;
 
   std::uint64_t Size() const override { return size_; }
-  bool ReadAt(std::uint64_t offset, std::uint8_t* out, std::size_t count) override {
-    if (offset > size_ || count > size_ - offset) return false;
-    while (count > 0) {
-      const ssize_t got = ::pread(fd_, out, count, static_cast<off_t>(offset));
-      if (got < 0 && errno == EINTR) continue;
-      if (got <= 0) return false;
-      out += got;
-      offset += static_cast<std::uint64_t>(got);
-      count -= static_cast<std::size_t>(got);
-    }
-    return true;
-  }
 
  private:
+  std::size_t ReadSome(std::uint64_t offset, std::uint8_t* out, std::size_t count) override {
+    for (;;) {
+      const ssize_t got = ::pread(fd_, out, count, static_cast<off_t>(offset));
+      if (got >= 0 || errno != EINTR) return got > 0 ? static_cast<std::size_t>(got) : 0;
+    }
+  }
+
   int fd_;
   std::uint64_t size_;
 };

@@ -29,23 +29,17 @@ class FileBytes : public ByteSource {
   FileBytes& operator=(const FileBytes&) = delete;
 
   std::uint64_t Size() const override { return size_; }
-  bool ReadAt(std::uint64_t offset, std::uint8_t* out, std::size_t count) override {
-    if (offset > size_ || count > size_ - offset) return false;
-    while (count > 0) {
-      OVERLAPPED at = {};
-      at.Offset = static_cast<DWORD>(offset);
-      at.OffsetHigh = static_cast<DWORD>(offset >> 32);
-      const DWORD chunk = static_cast<DWORD>(std::min<std::size_t>(count, 1u << 30));
-      DWORD got = 0;
-      if (!ReadFile(file_, out, chunk, &got, &at) || got == 0) return false;
-      out += got;
-      offset += got;
-      count -= got;
-    }
-    return true;
-  }
 
  private:
+  std::size_t ReadSome(std::uint64_t offset, std::uint8_t* out, std::size_t count) override {
+    OVERLAPPED at = {};
+    at.Offset = static_cast<DWORD>(offset);
+    at.OffsetHigh = static_cast<DWORD>(offset >> 32);
+    DWORD got = 0;
+    const DWORD chunk = static_cast<DWORD>(std::min<std::size_t>(count, 1u << 30));
+    return ReadFile(file_, out, chunk, &got, &at) ? got : 0;
+  }
+
   HANDLE file_;
   std::uint64_t size_;
 };
