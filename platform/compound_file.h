@@ -43,8 +43,6 @@ class CompoundFile {
   // Throws CompoundFileError when the directory cannot be searched.
   std::unique_ptr<StreamBytes> OpenRootStream(const std::u16string& name);
 
-  std::uint32_t sectorSize() const { return sectorSize_; }
-
  private:
   class SectorChain;
   struct DirectoryEntry;

@@ -152,7 +152,6 @@ bool ParseHostChange(const std::string& name, const std::string* value, HostChan
   change.present = found->present;
   if (!found->takesValue) return true;
   const std::string& text = *value;
-  change.what = found->what;
   switch (change.what) {
     case What::User:
     case What::Machine:

@@ -106,12 +106,15 @@ SceneStamp JudgeStamp(const std::string& file, const SummaryInformation& info) {
 }
 
 std::vector<SceneStamp> ReadStamps(const std::vector<std::string>& paths, bool allFiles) {
-  for (const std::string& path : paths)
-    if (KindOfPath(Utf8ToWide(path)) == PathKind::kMissing) throw UsageError("no such file or folder: " + path);
+  std::vector<PathKind> kinds;
+  for (const std::string& path : paths) {
+    kinds.push_back(KindOfPath(Utf8ToWide(path)));
+    if (kinds.back() == PathKind::kMissing) throw UsageError("no such file or folder: " + path);
+  }
   std::vector<SceneStamp> stamps;
-  for (std::string path : paths) {
-    const PathKind kind = KindOfPath(Utf8ToWide(path));
-    if (kind == PathKind::kDirectory) {
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    std::string path = paths[i];
+    if (kinds[i] == PathKind::kDirectory) {
       while (path.size() > 1 && (path.back() == '/' || path.back() == '\\')) path.pop_back();
       Walk(Utf8ToWide(path), path, allFiles, stamps);
     } else {

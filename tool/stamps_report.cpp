@@ -36,12 +36,12 @@ std::vector<SaverSummary> Summarise(const std::vector<SceneStamp>& stamps) {
   return summaries;
 }
 
-std::string Counts(const std::vector<SceneStamp>& stamps, const char* separator, bool json) {
+std::string Counts(const std::vector<SceneStamp>& stamps, bool json) {
   int counts[kStampStatusCount] = {};
   for (const SceneStamp& stamp : stamps) ++counts[static_cast<int>(stamp.status)];
   std::string text;
   for (int i = 0; i < kStampStatusCount; ++i) {
-    if (!text.empty()) text += separator;
+    if (!text.empty()) text += ", ";
     const std::string name = StampStatusName(static_cast<StampStatus>(i));
     text += json ? JsonString(name) + ": " + std::to_string(counts[i]) : std::to_string(counts[i]) + " " + name;
   }
@@ -99,7 +99,7 @@ std::string StampsText(const std::vector<SceneStamp>& stamps, bool summary) {
                     Escaped(Utf8ToWide(stamp.file)) + (stamp.note.empty() ? "" : "  (" + stamp.note + ")")});
   }
   std::string text = stamps.empty() ? std::string() : Table(rows);
-  text += std::to_string(stamps.size()) + (stamps.size() == 1 ? " file: " : " files: ") + Counts(stamps, ", ", false) + "\n";
+  text += std::to_string(stamps.size()) + (stamps.size() == 1 ? " file: " : " files: ") + Counts(stamps, false) + "\n";
   if (summary) {
     std::vector<std::vector<std::string>> savers = {{"FILES", "LATEST", "SAVER", "LATEST FILE"}};
     for (const SaverSummary& saver : Summarise(stamps))
@@ -120,7 +120,7 @@ std::string StampsJson(const std::vector<SceneStamp>& stamps, bool summary) {
             ", \"previousSaver\": " + JsonText(stamp.previous) + ", \"savedAs\": " + JsonText(stamp.savedAs) +
             ", \"saveDate\": " + JsonOrNull(stamp.saveDate) + ", \"note\": " + JsonOrNull(stamp.note) + "}";
   }
-  json += std::string(stamps.empty() ? "" : "\n  ") + "],\n  \"counts\": {" + Counts(stamps, ", ", true) + "}";
+  json += std::string(stamps.empty() ? "" : "\n  ") + "],\n  \"counts\": {" + Counts(stamps, true) + "}";
   if (summary) {
     json += ",\n  \"savers\": [";
     const std::vector<SaverSummary> savers = Summarise(stamps);
