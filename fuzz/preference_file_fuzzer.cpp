@@ -17,8 +17,8 @@
 #include <vector>
 
 #include "frame/hublet.h"
-#include "host/host_constants.h"
 #include "harness/sim_session.h"
+#include "host/host_constants.h"
 #include "platform/ini_document.h"
 #include "platform/profile.h"
 #include "platform/wide_text.h"
@@ -28,7 +28,7 @@
 
 // The hublet tool's check analysis joins in when the build has it (see CMakeLists.txt).
 #ifdef HUBLET_FUZZ_WITH_CHECK
-#include "tool/check.h"
+#include "tool/check/check.h"
 #endif
 
 namespace hublet {

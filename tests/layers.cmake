@@ -1,6 +1,7 @@
 # Includes run only downward: frame -> prefs/toolbar -> settings -> host port/platform, with
-# the simulated host and the 3ds Max binding each beside the port, and the harness, the
-# tool, the tests, benchmarks and fuzzers on top. Run: cmake -DSOURCE=<tree> -P layers.cmake
+# the simulated host and the 3ds Max binding each beside the port, then the harness, and
+# the tool on top: its commands over their shared parts, no command reaching into another,
+# and its entry point over them all. Run: cmake -DSOURCE=<tree> -P layers.cmake
 cmake_minimum_required(VERSION 3.25)
 set(may_include_platform  platform)
 set(may_include_host      host platform)
@@ -12,9 +13,15 @@ set(may_include_prefs     prefs settings host platform)
 set(may_include_frame     frame prefs toolbar settings host platform)
 set(may_include_frame/max frame frame/max prefs toolbar settings host host/max platform resources)
 set(may_include_harness   harness frame prefs toolbar settings host host/sim platform)
+set(may_include_tool/common tool/common ${may_include_harness})
+set(may_include_tool/check  tool/check ${may_include_tool/common})
+set(may_include_tool/replay tool/replay ${may_include_tool/common})
+set(may_include_tool/stamps tool/stamps ${may_include_tool/common})
+set(may_include_tool        tool tool/check tool/replay tool/stamps ${may_include_tool/common})
 
 set(problems "")
-foreach(layer platform host host/sim host/max settings toolbar prefs frame frame/max harness)
+foreach(layer platform host host/sim host/max settings toolbar prefs frame frame/max harness
+              tool/common tool/check tool/replay tool/stamps tool)
   file(GLOB files RELATIVE ${SOURCE} ${SOURCE}/${layer}/*.h ${SOURCE}/${layer}/*.cpp)
   foreach(file IN LISTS files)
     file(STRINGS ${SOURCE}/${file} includes REGEX "^#include \"")
@@ -27,5 +34,5 @@ foreach(layer platform host host/sim host/max settings toolbar prefs frame frame
   endforeach()
 endforeach()
 if(problems)
-  message(FATAL_ERROR "Includes that reach up a layer:\n${problems}")
+  message(FATAL_ERROR "Includes that reach up a layer or into another command:\n${problems}")
 endif()

@@ -3,9 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "tool/command_line.h"
-#include "tool/commands.h"
-#include "tool/json_writer.h"
+#include "tool/check/commands.h"
+#include "tool/common/command_line.h"
+#include "tool/common/json_writer.h"
+#include "tool/replay/replay_command.h"
+#include "tool/stamps/stamps_command.h"
 
 namespace {
 
