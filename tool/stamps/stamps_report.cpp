@@ -13,7 +13,7 @@ namespace {
 
 // Per saver: how many files they saved last, and the latest of those saves.
 struct SaverSummary {
-  std::string saver;
+  std::wstring saver;
   int files = 0;
   std::string latestDate;
   std::string latestFile;
@@ -24,7 +24,7 @@ std::vector<SaverSummary> Summarise(const std::vector<SceneStamp>& stamps) {
   for (const SceneStamp& stamp : stamps) {
     if (!stamp.saver.isText) continue;
     SaverSummary& summary = bySaver[stamp.saver.value];
-    summary.saver = WideToUtf8(stamp.saver.value);
+    summary.saver = stamp.saver.value;
     ++summary.files;
     if (stamp.saveDate > summary.latestDate) {
       summary.latestDate = stamp.saveDate;
@@ -104,7 +104,7 @@ std::string StampsText(const std::vector<SceneStamp>& stamps, bool summary) {
     std::vector<std::vector<std::string>> savers = {{"FILES", "LATEST", "SAVER", "LATEST FILE"}};
     for (const SaverSummary& saver : Summarise(stamps))
       savers.push_back({std::to_string(saver.files), saver.latestDate.empty() ? "-" : saver.latestDate,
-                        Quoted(Utf8ToWide(saver.saver)),
+                        Quoted(saver.saver),
                         saver.latestFile.empty() ? "-" : Escaped(Utf8ToWide(saver.latestFile))});
     text += "\nLast saved by:\n" + Table(savers);
   }
@@ -125,7 +125,7 @@ std::string StampsJson(const std::vector<SceneStamp>& stamps, bool summary) {
     json += ",\n  \"savers\": [";
     const std::vector<SaverSummary> savers = Summarise(stamps);
     for (std::size_t i = 0; i < savers.size(); ++i)
-      json += std::string(i == 0 ? "" : ",") + "\n    {\"saver\": " + JsonString(savers[i].saver) +
+      json += std::string(i == 0 ? "" : ",") + "\n    {\"saver\": " + JsonString(WideToUtf8(savers[i].saver)) +
               ", \"files\": " + std::to_string(savers[i].files) + ", \"latestSaveDate\": " +
               JsonOrNull(savers[i].latestDate) + ", \"latestFile\": " + JsonOrNull(savers[i].latestFile) + "}";
     json += std::string(savers.empty() ? "" : "\n  ") + "]";
@@ -138,7 +138,7 @@ std::string StampsCsv(const std::vector<SceneStamp>& stamps, bool summary) {
   if (summary) {
     csv = "saver,files,latest_save_date,latest_file\r\n";
     for (const SaverSummary& saver : Summarise(stamps))
-      csv += CsvField(saver.saver) + "," + std::to_string(saver.files) + "," + saver.latestDate + "," +
+      csv += CsvField(WideToUtf8(saver.saver)) + "," + std::to_string(saver.files) + "," + saver.latestDate + "," +
              CsvField(saver.latestFile) + "\r\n";
     return csv;
   }
