@@ -1,6 +1,7 @@
 # Configures the project as a plug-in preset of CMakePresets.json asks (its cache variables,
 # with Ninja and the compiler at hand, since no Visual Studio is here) and checks that
-# configuration stops with a message that names each thing expected to be missing.
+# configuration stops at the SDK lookup with a message that names each thing expected to be
+# missing.
 #   SOURCE    the source tree; BINARY a scratch build folder
 #   PRESET    the configure preset
 #   COMPILER  the C++ compiler
@@ -54,7 +55,8 @@ set(failed "")
 if(status EQUAL 0)
   string(APPEND failed "configuration succeeded\n")
 endif()
-string(REPLACE "|" ";" named "${NAMED}")
+# Stopped by the SDK lookup itself, before anything else of the plug-in is tried.
+string(REPLACE "|" ";" named "CMake Error at cmake/MaxSdk.cmake|${NAMED}")
 foreach(text IN LISTS named)
   string(FIND "${said}" "${text}" at)
   if(at EQUAL -1)
