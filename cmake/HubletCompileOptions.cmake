@@ -14,6 +14,13 @@ function(hublet_strict target)
   endif()
 endfunction()
 
+if(WIN32)
+  # windows.h makes min and max macros unless told not to, and they break std::min,
+  # numeric_limits<>::max and any header written after them. MinGW leaves them out in C++,
+  # so only Visual Studio would show the clash: every Windows translation unit goes without.
+  add_compile_definitions(NOMINMAX)
+endif()
+
 if(MINGW)
   # Conforming printf (transcripts print floats the same way on every build) and a
   # self-contained executable, so Wine needs no MinGW runtime DLLs.

@@ -61,10 +61,14 @@ constexpr InterfaceDeclaration kPreferenceInterface = {
     host::kPreferenceInterfaceId, host::kPreferenceInterfaceName, host::kPreferenceInterfaceDescription,
     kPreferenceFunctions, kPreferenceFunctionCount};
 
-// Fails to compile if the declaration stops being a constant expression.
+// Fails to compile if the declaration stops being a constant expression. Visual Studio 2015
+// has been seen to refuse a pointer-to-member comparison through a constant array as not
+// constant (C2131) though it is; the compilers from 2017 on, gcc and clang evaluate it.
+#if !defined(_MSC_VER) || _MSC_VER >= 1910
 static_assert(kPreferenceInterface.functions[kPreferenceFunctionCount - 1].id == 22 &&
                   kPreferenceInterface.functions[0].field == &HubletSettings::forcePersp,
               "the interface declaration is constant-initialised");
+#endif
 
 // The function with this ID, or null.
 const InterfaceFunction* FindInterfaceFunction(int id);

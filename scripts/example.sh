@@ -1,7 +1,10 @@
 #!/bin/sh
-# Builds the hublet command and shows what the example preference file will do:
-# first the check (every value and where it comes from), then the replay (every call the
-# plug-in makes on 3ds Max over the example day of work). Run it from anywhere in the tree.
+# Builds the hublet command and runs it on the examples: the replay of the example day of
+# work (every call the plug-in makes on 3ds Max), the stamps of the example scene files and
+# the check of the example preference file. Each report is written to a file under
+# build/example/; the replay, hundreds of lines, is only summed up here, and the check comes
+# last, so that it is what stays on the screen. Run it from anywhere in the tree; it asks
+# nothing, so it runs the same without a terminal.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -39,36 +42,50 @@ if ! { cmake --preset native -B build/example -DHUBLET_BUILD_TESTS=OFF && cmake 
 fi
 echo "done."
 hublet=build/example/tool/hublet
+reports=build/example
 
-cat <<'TEXT'
+# A section's heading: the command, then what its report shows.
+heading() {
+  printf '\n==============================================================================\n'
+  printf ' %s\n\n' "$1"
+  printf '%s\n' "$2" | sed 's/^/ /'
+  printf '==============================================================================\n'
+}
 
-==============================================================================
- hublet check examples/Vantor.ini
+"$hublet" replay --session examples/day.session >"$reports/replay.txt"
+heading "hublet replay --session examples/day.session" \
+"The plug-in in a simulated 3ds Max over a working day (the session file says
+what happens when): start-up, a new scene, the projection rules, two artists
+saving, the preference file edited, a companion tool flipping switches, the
+toolbar command. Each \"== event\" line is followed by the calls the plug-in
+made on the host. The first save, where the plug-in stamps the scene:"
+awk '/^== pre-save/ { shown = 1 } shown { print } /^== post-save/ && shown { exit }' "$reports/replay.txt"
+printf '\n%s events, %s lines in all: %s\n' "$(grep -c '^== ' "$reports/replay.txt")" \
+  "$(wc -l <"$reports/replay.txt" | tr -d ' ')" "$reports/replay.txt"
 
- What the plug-in reads from the file: every key, its value, and where it
- comes from (a line of the file, or the default); then any problems found.
-==============================================================================
-TEXT
+# Status 1 only says that some file is not stamped, as some examples are not.
+stamps_status=0
+"$hublet" stamps examples/scenes >"$reports/stamps.txt" || stamps_status=$?
+heading "hublet stamps examples/scenes" \
+"Who last saved each example scene file, and when, from the stamps the plug-in
+writes into the file: two stamped, one never stamped, one whose title was typed
+by hand, and a copy cut short."
+cat "$reports/stamps.txt"
+if [ "$stamps_status" -gt 1 ]; then
+  exit "$stamps_status"
+fi
+
 status=0
-"$hublet" check examples/Vantor.ini || status=$?
-
-cat <<'TEXT'
-
-==============================================================================
- hublet replay --session examples/day.session
-
- The plug-in in a simulated 3ds Max over a working day (the session file says
- what happens when): start-up, a new scene, the projection rules, two artists
- saving, the preference file edited, a companion tool flipping switches, the
- toolbar command. Under each "== event" line are the calls the plug-in made on
- the host, in order, each named after its host codes after "#".
-==============================================================================
-TEXT
-"$hublet" replay --session examples/day.session
+"$hublet" check examples/Vantor.ini >"$reports/check.txt" || status=$?
+heading "hublet check examples/Vantor.ini" \
+"What the plug-in reads from the file: every key, its value, and where it
+comes from (a line of the file, or the default); then any problems found."
+cat "$reports/check.txt"
 
 cat <<TEXT
 
 ------------------------------------------------------------------------------
- More: $hublet --help, $hublet check YOUR.ini, $hublet keys
+ The reports: $reports/check.txt, $reports/stamps.txt, $reports/replay.txt
+ More: $hublet --help, $hublet check YOUR.ini, $hublet stamps YOUR_SCENES
 TEXT
 exit "$status"

@@ -3,7 +3,8 @@
 #   native  - g++, the whole suite
 #   asan    - clang with AddressSanitizer and UndefinedBehaviorSanitizer, the whole suite
 #   mingw   - the Windows cross-build, the whole suite under Wine (the real profile API),
-#             our reader against that API on 3000 random files among it
+#             our reader against that API on 3000 random files among it, and the release
+#             archive: made with cpack, unpacked, its hublet.exe run on its examples
 #   fuzz    - a short libFuzzer run over the preference-file path
 # Installs what it needs from Debian's packages first (as root).
 set -euo pipefail
