@@ -147,10 +147,6 @@ void ReadSet(StreamBytes& stream, SummaryInformation& info) {
 
 SummaryInformation ReadSummaryFromBytes(ByteSource& source) {
   SummaryInformation info;
-  if (!CompoundFile::HasSignature(source)) {
-    info.status = SummaryStatus::kNotCompoundFile;
-    return info;
-  }
   try {
     CompoundFile file(source);
     const std::unique_ptr<StreamBytes> stream = file.OpenRootStream(kStreamName);
@@ -159,6 +155,9 @@ SummaryInformation ReadSummaryFromBytes(ByteSource& source) {
       return info;
     }
     ReadSet(*stream, info);
+  } catch (const NotCompoundFile&) {
+    info = SummaryInformation();
+    info.status = SummaryStatus::kNotCompoundFile;
   } catch (const std::exception& error) {
     info = SummaryInformation();
     info.status = SummaryStatus::kUnreadable;
