@@ -6,6 +6,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "platform/code_pages.h"
 #include "platform/compound_file.h"
 
 namespace hublet {
@@ -166,7 +167,7 @@ SummaryInformation ReadSummaryFromBytes(ByteSource& source) {
   return info;
 }
 
-SummaryInformation ReadSummaryFromFile(const std::wstring& path) {
+SummaryInformation ReadSummaryInformation(const std::wstring& path) {
   std::string error;
   const std::unique_ptr<ByteSource> bytes = OpenFileBytes(path, error);
   if (!bytes) {

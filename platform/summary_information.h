@@ -1,8 +1,9 @@
 #pragma once
 // The summary-information property set of an OLE compound file (a .max scene): the three
-// properties the plug-in stamps on every save. On Windows it is read through the system's
-// structured storage, elsewhere with the reader of compound_file.h; ReadSummaryFromBytes
-// is that portable reader on any bytes, on every platform.
+// properties the plug-in stamps on every save. Every system reads it with the reader of
+// compound_file.h and decodes its strings with code_pages.h, so that a folder gives the
+// same answer on Windows and elsewhere (the tests under Wine hold it against structured
+// storage).
 #include <string>
 
 #include "platform/byte_source.h"
@@ -25,19 +26,14 @@ enum class SummaryStatus {
 
 struct SummaryInformation {
   SummaryStatus status = SummaryStatus::kUnreadable;
-  std::string reason;  // why, when status is kUnreadable
+  std::string reason;   // why, when status is kUnreadable
   SummaryText title;    // property 2
   SummaryText subject;  // property 3
   SummaryText author;   // property 4
 };
 
+// The set of a file, and of any bytes.
 SummaryInformation ReadSummaryInformation(const std::wstring& path);
-// The portable reader, on a file and on any bytes.
-SummaryInformation ReadSummaryFromFile(const std::wstring& path);
 SummaryInformation ReadSummaryFromBytes(ByteSource& source);
-
-// 8-bit text in a Windows code page as UTF-16; throws std::runtime_error for a code page
-// this system cannot convert.
-std::wstring CodePageToWide(unsigned codePage, const std::string& bytes);
 
 }  // namespace hublet

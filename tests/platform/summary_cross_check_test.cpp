@@ -1,18 +1,17 @@
 // Windows only: scene files written with the system's structured storage, read back by
-// both readers (structured storage, and the portable reader the other platforms use),
-// which must agree on every one.
+// structured storage and by the portable reader every build uses, which must agree on
+// every one.
 #include <windows.h>
 #include <objbase.h>
 #include <propidl.h>
 
 #include <gmock/gmock.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/byte_source.h"
 #include "platform/summary_information.h"
+#include "tests/platform/structured_storage_reader.h"
 #include "tests/support/scratch_file.h"
 
 namespace hublet {
@@ -117,11 +116,8 @@ TEST(SummaryCrossCheck, BothReadersAgreeOnFilesWrittenByTheSystem) {
                                               << otherStreams);
             testing::ScratchFile file;
             WriteScene(file.path(), layout, texts);
-            const SummaryInformation system = ReadSummaryInformation(file.path());
-            std::string error;
-            const std::unique_ptr<ByteSource> bytes = OpenFileBytes(file.path(), error);
-            ASSERT_TRUE(bytes) << error;
-            const SummaryInformation portable = ReadSummaryFromBytes(*bytes);
+            const SummaryInformation system = testing::ReadThroughStructuredStorage(file.path());
+            const SummaryInformation portable = ReadSummaryInformation(file.path());
             ASSERT_EQ(system.status, SummaryStatus::kRead) << system.reason;
             ASSERT_EQ(portable.status, SummaryStatus::kRead) << portable.reason;
             // Wine's reader takes the byte count of an 8-bit string in a UTF-16 set for a

@@ -1,3 +1,5 @@
+#include "tests/platform/structured_storage_reader.h"
+
 #include <windows.h>
 #include <objbase.h>
 #include <propidl.h>
@@ -6,9 +8,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "platform/summary_information.h"
-
 namespace hublet {
+namespace testing {
 namespace {
 
 // F29F85E0-4FF9-1068-AB91-08002B27B3D9, written out so no GUID library is needed.
@@ -36,7 +37,10 @@ SummaryText TextOf(const PROPVARIANT& value) {
     text.value = value.pwszVal;
     text.isText = true;
   } else if (value.vt == VT_LPSTR && value.pszVal != nullptr) {
-    text.value = CodePageToWide(CP_ACP, value.pszVal);
+    const int length = MultiByteToWideChar(CP_ACP, 0, value.pszVal, -1, nullptr, 0);
+    text.value.resize(length > 0 ? static_cast<std::size_t>(length) : 1);
+    MultiByteToWideChar(CP_ACP, 0, value.pszVal, -1, &text.value[0], length);
+    text.value.resize(text.value.size() - 1);
     text.isText = true;
   }
   return text;
@@ -47,6 +51,8 @@ void Release(T*& object) {
   if (object != nullptr) object->Release();
   object = nullptr;
 }
+
+}  // namespace
 
 SummaryInformation ReadThroughStructuredStorage(const std::wstring& path) {
   SummaryInformation info;
@@ -92,27 +98,5 @@ SummaryInformation ReadThroughStructuredStorage(const std::wstring& path) {
   return info;
 }
 
-}  // namespace
-
-std::wstring CodePageToWide(unsigned codePage, const std::string& bytes) {
-  if (bytes.empty()) return std::wstring();
-  const int size = static_cast<int>(bytes.size());
-  const int length = MultiByteToWideChar(codePage, 0, bytes.data(), size, nullptr, 0);
-  if (length == 0)
-    throw std::runtime_error("the strings' code page " + std::to_string(codePage) + " is not known here");
-  std::wstring text(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(codePage, 0, bytes.data(), size, &text[0], length);
-  return text;
-}
-
-// Structured storage is not ours to bound (Wine spends most of a minute on a chain that
-// loops), so it reads only files the portable reader has found sound; on a damaged file
-// the portable reader's words say what is wrong, where the system has only a code.
-SummaryInformation ReadSummaryInformation(const std::wstring& path) {
-  SummaryInformation portable = ReadSummaryFromFile(path);
-  if (portable.status == SummaryStatus::kNotCompoundFile || portable.status == SummaryStatus::kUnreadable)
-    return portable;
-  return ReadThroughStructuredStorage(path);
-}
-
+}  // namespace testing
 }  // namespace hublet
