@@ -247,7 +247,7 @@ std::vector<RawProperty> MaxSummary(const std::vector<RawProperty>& stamp, std::
   return properties;
 }
 
-CompoundImage MaxSceneFile(const std::string& summary) {
+CompoundImage MaxSceneFile(const std::string& summary, std::uint64_t sceneBytes) {
   const std::vector<CompoundStream> streams = {
       {u"\x0005DocumentSummaryInformation", std::string(400, 'd'), 0},
       {u"ClassData", std::string(900, 'a'), 0},
@@ -259,7 +259,7 @@ CompoundImage MaxSceneFile(const std::string& summary) {
       {u"ScriptedCustAttribDefs", std::string(200, 'x'), 0},
       {u"VideoPostQueue", std::string(300, 'q'), 0},
       // The scene's body before the summary, which starts in the middle of the file.
-      {u"Scene", std::string(4096, 's'), 200000},
+      {u"Scene", std::string(4096, 's'), sceneBytes - 4096},
       {u"\x0005SummaryInformation", summary, 0},
   };
   return BuildCompoundFile(streams, 4096);

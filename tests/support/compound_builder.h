@@ -70,8 +70,9 @@ std::string SummarySet(const std::vector<RawProperty>& properties);
 // a thumbnail of thumbnailBytes (17) and two properties of its own (35, 37).
 std::vector<RawProperty> MaxSummary(const std::vector<RawProperty>& stamp, std::uint32_t thumbnailBytes = 30000);
 // A scene laid out as 3ds Max writes them: version 4, 4096-byte sectors, its eleven
-// streams, the summary information after the scene's body.
-CompoundImage MaxSceneFile(const std::string& summary);
+// streams, the summary information after the scene's body (sceneBytes, all but its first
+// sector zeros).
+CompoundImage MaxSceneFile(const std::string& summary, std::uint64_t sceneBytes = 204096);
 
 void PutLe32(std::string& bytes, std::uint64_t offset, std::uint32_t value);
 
