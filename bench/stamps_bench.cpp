@@ -46,7 +46,8 @@ bool WriteSparseFile(const std::string& path, const std::string& bytes, std::uin
   for (std::size_t at = 0; written && at < bytes.size(); at += 4096) {
     const std::size_t count = std::min<std::size_t>(4096, bytes.size() - at);
     const auto block = bytes.begin() + static_cast<std::ptrdiff_t>(at);
-    if (std::all_of(block, block + static_cast<std::ptrdiff_t>(count), [](char byte) { return byte == '\0'; })) continue;
+    const auto zero = [](char byte) { return byte == '\0'; };
+    if (std::all_of(block, block + static_cast<std::ptrdiff_t>(count), zero)) continue;
     written = ::pwrite(fd, bytes.data() + at, count, static_cast<off_t>(at)) == static_cast<ssize_t>(count);
   }
   return ::close(fd) == 0 && written;
