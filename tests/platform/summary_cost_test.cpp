@@ -146,8 +146,8 @@ TEST(SummaryCost, AValid1TiBSparseFile) {
   EXPECT_LT(reading.memoryKiB, 16 * 1024);
 }
 
-// The header, FAT, directory and mini FAT come in one read, the summary's table and
-// strings in one more; stamps written after the thumbnail cost one read besides.
+// The header, FAT, directory and mini FAT come in one read, the summary's table, strings
+// and times in one more; stamps written after the thumbnail cost one read besides.
 TEST(SummaryCost, AFileAs3dsMaxWritesItInFewReads) {
   std::vector<testing::RawProperty> stampAfterThumbnail = MaxSummary({});
   for (const testing::RawProperty& property : Stamp()) stampAfterThumbnail.push_back(property);
@@ -161,6 +161,8 @@ TEST(SummaryCost, AFileAs3dsMaxWritesItInFewReads) {
     const Reading reading = ReadCounted(source);
     ASSERT_EQ(reading.info.status, SummaryStatus::kRead) << reading.info.reason;
     EXPECT_EQ(reading.info.author.present, scene.properties.size() > MaxSummary({}).size());
+    EXPECT_EQ(reading.info.lastSavedBy.value, L"adavis4");
+    EXPECT_TRUE(reading.info.created.isTime && reading.info.lastSaved.isTime);
     EXPECT_EQ(reading.reads, scene.reads);
   }
 }

@@ -2,6 +2,7 @@
 // the reader takes and how it takes them, and damaged sets, each with its reason.
 #include <gmock/gmock.h>
 
+#include "platform/file_time.h"
 #include "platform/summary_information.h"
 #include "tests/support/compound_builder.h"
 
@@ -122,6 +123,40 @@ TEST(SummaryProperties, AnEmptyStreamIsAnEmptySet) {
   const SummaryInformation info = ReadSet("");
   ASSERT_EQ(info.status, SummaryStatus::kRead) << info.reason;
   EXPECT_FALSE(info.title.present || info.subject.present || info.author.present);
+}
+
+// What 3ds Max records beside the stamp, read in the same pass: its last saver (8) in the
+// set's code page, creation (12) and last save (13) as FILETIMEs.
+TEST(SummaryProperties, WhatMaxRecordsBesideTheStamp) {
+  const SummaryInformation info = ReadSet(SummarySet(testing::MaxSummary(Stamp())));
+  ASSERT_EQ(info.status, SummaryStatus::kRead) << info.reason;
+  EXPECT_EQ(info.author.value, L"bob on WS12");
+  EXPECT_TRUE(info.lastSavedBy.isText);
+  EXPECT_EQ(info.lastSavedBy.value, L"adavis4");
+  ASSERT_TRUE(info.created.present && info.created.isTime);
+  ASSERT_TRUE(info.lastSaved.present && info.lastSaved.isTime);
+  EXPECT_EQ(FileTimeToIso8601(info.created.ticks), "2020-07-03T09:15:00Z");
+  EXPECT_EQ(FileTimeToIso8601(info.lastSaved.ticks), "2023-11-14T17:40:12Z");
+
+  // A saver beyond ASCII in UTF-8, times of another type, none at all.
+  const SummaryInformation other =
+      ReadSet(SummarySet({CodePageIdProperty(65001), CodePageProperty(8, "J\xc3\xb6rg"), Utf16Property(12, u"yesterday"),
+                          RawProperty{13, 3, std::string("\1\0\0\0", 4)}}));
+  ASSERT_EQ(other.status, SummaryStatus::kRead) << other.reason;
+  EXPECT_EQ(other.lastSavedBy.value, L"J\u00f6rg");
+  EXPECT_TRUE(other.created.present && !other.created.isTime);
+  EXPECT_TRUE(other.lastSaved.present && !other.lastSaved.isTime);
+  EXPECT_FALSE(ReadSet(SummarySet(Stamp())).lastSaved.present);
+}
+
+// A FILETIME is 8 bytes: one cut short by the section's end is damage.
+TEST(SummaryProperties, AFileTimeCutShort) {
+  std::string set = SummarySet({testing::FileTimeProperty(13, 133444572120000000)});
+  set.resize(set.size() - 4);
+  PutLe32(set, 48, static_cast<std::uint32_t>(set.size() - 48));
+  const SummaryInformation info = ReadSet(set);
+  EXPECT_EQ(info.status, SummaryStatus::kUnreadable);
+  EXPECT_THAT(info.reason, HasSubstr("past the end of its section"));
 }
 
 }  // namespace
