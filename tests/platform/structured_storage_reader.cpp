@@ -5,7 +5,6 @@
 #include <propidl.h>
 
 #include <cstdio>
-#include <stdexcept>
 #include <string>
 
 namespace hublet {
@@ -46,6 +45,15 @@ SummaryText TextOf(const PROPVARIANT& value) {
   return text;
 }
 
+FileTime TimeOf(const PROPVARIANT& value) {
+  FileTime time;
+  time.present = value.vt != VT_EMPTY;
+  time.isTime = value.vt == VT_FILETIME;
+  if (time.isTime)
+    time.ticks = static_cast<std::uint64_t>(value.filetime.dwHighDateTime) << 32 | value.filetime.dwLowDateTime;
+  return time;
+}
+
 template <typename T>
 void Release(T*& object) {
   if (object != nullptr) object->Release();
@@ -79,22 +87,26 @@ SummaryInformation ReadThroughStructuredStorage(const std::wstring& path) {
     return info;
   }
   if (FAILED(result)) return Unreadable("the summary information cannot be opened", result);
-  PROPSPEC specs[3];
-  PROPVARIANT values[3];
-  for (ULONG i = 0; i < 3; ++i) {
+  const PROPID ids[] = {2, 3, 4, 8, 12, 13};  // title, subject, author, last saved by, created, last saved
+  PROPSPEC specs[6];
+  PROPVARIANT values[6];
+  for (ULONG i = 0; i < 6; ++i) {
     specs[i].ulKind = PRSPEC_PROPID;
-    specs[i].propid = i + 2;  // title, subject, author
+    specs[i].propid = ids[i];
     PropVariantInit(&values[i]);
   }
-  result = properties->ReadMultiple(3, specs, values);
+  result = properties->ReadMultiple(6, specs, values);
   Release(properties);
   if (FAILED(result)) return Unreadable("the summary information cannot be read", result);
   // 8-bit strings come back converted to the system's code page, whatever the set's.
   info.title = TextOf(values[0]);
   info.subject = TextOf(values[1]);
   info.author = TextOf(values[2]);
+  info.lastSavedBy = TextOf(values[3]);
+  info.created = TimeOf(values[4]);
+  info.lastSaved = TimeOf(values[5]);
   info.status = SummaryStatus::kRead;
-  FreePropVariantArray(3, values);
+  FreePropVariantArray(6, values);
   return info;
 }
 
