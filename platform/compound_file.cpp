@@ -121,8 +121,9 @@ class CompoundFile::SectorChain : public StreamBytes {
 
 CompoundFile::CompoundFile(ByteSource& source) : bytes_(source) {
   std::uint8_t header[kHeaderSize];
-  if (!bytes_.ReadAt(0, header, sizeof kSignature) || std::memcmp(header, kSignature, sizeof kSignature) != 0)
-    throw NotCompoundFile();
+  if (bytes_.Size() < sizeof kSignature) throw NotCompoundFile();
+  if (!bytes_.ReadAt(0, header, sizeof kSignature)) throw CompoundFileError("the file cannot be read");
+  if (std::memcmp(header, kSignature, sizeof kSignature) != 0) throw NotCompoundFile();
   if (!bytes_.ReadAt(0, header, sizeof header))
     throw CompoundFileError("the header is cut short: the file has " + Number(bytes_.Size()) + " bytes");
   if (Le16(header + 28) != 0xFFFE) throw CompoundFileError("the header's byte order mark is not FFFE");
@@ -155,8 +156,9 @@ CompoundFile::~CompoundFile() = default;
 
 void CompoundFile::ReadSector(std::uint32_t sector, std::uint32_t offset, std::uint8_t* out, std::size_t count) {
   if (sector >= sectorCount_) throw CompoundFileError("sector " + Number(sector) + " is past the end of the file");
-  if (!bytes_.ReadAt((static_cast<std::uint64_t>(sector) + 1) * sectorSize_ + offset, out, count))
-    throw CompoundFileError("the file ends inside sector " + Number(sector));
+  const std::uint64_t at = (static_cast<std::uint64_t>(sector) + 1) * sectorSize_ + offset;
+  if (at > bytes_.Size() || count > bytes_.Size() - at) throw CompoundFileError("the file ends inside sector " + Number(sector));
+  if (!bytes_.ReadAt(at, out, count)) throw CompoundFileError("the file cannot be read at sector " + Number(sector));
 }
 
 std::uint32_t CompoundFile::FatSectorLocation(std::uint32_t index) {

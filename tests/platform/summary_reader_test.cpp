@@ -3,6 +3,7 @@
 // sanitizer builds watch that).
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <functional>
 
 #include "platform/summary_information.h"
@@ -182,6 +183,33 @@ TEST(SummaryReader, SiblingsInAnyOrder) {
     ASSERT_EQ(info.status, SummaryStatus::kRead) << info.reason;
     EXPECT_EQ(info.subject.value, L"anna on RENDER07");
   }
+}
+
+// A file whose reads fail (a disk error, a share gone away) is unreadable, never taken
+// for a file of another kind.
+class FailingBytes : public ByteSource {
+ public:
+  FailingBytes(const std::string& bytes, std::uint64_t failFrom) : bytes_(bytes), failFrom_(failFrom) {}
+  std::uint64_t Size() const override { return bytes_.size(); }
+
+ private:
+  std::size_t ReadSome(std::uint64_t offset, std::uint8_t* out, std::size_t count) override {
+    if (offset + count > failFrom_) return 0;
+    std::memcpy(out, bytes_.data() + offset, count);
+    return count;
+  }
+  std::string bytes_;
+  std::uint64_t failFrom_;
+};
+
+TEST(SummaryReader, AFileThatCannotBeRead) {
+  const CompoundImage image = testing::MaxSceneFile(SummarySet(testing::MaxSummary(Stamp())));
+  const std::string bytes = image.FullBytes();
+  const std::uint32_t summary = image.streamStarts.back();
+  FailingBytes failsAtOnce(bytes, 0), failsAtTheSummary(bytes, image.SectorOffset(summary));
+  EXPECT_EQ(ReadSummaryFromBytes(failsAtOnce).reason, "the file cannot be read");
+  EXPECT_EQ(ReadSummaryFromBytes(failsAtTheSummary).reason,
+            "the file cannot be read at sector " + std::to_string(summary));
 }
 
 TEST(SummaryReader, ACutFileReadsWhollyOrNotAtAll) {
