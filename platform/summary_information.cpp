@@ -22,6 +22,9 @@ const std::uint16_t kVtI2 = 2, kVtLpstr = 30, kVtLpwstr = 31, kVtFiletime = 64;
 const unsigned kUtf16CodePage = 1200, kDefaultCodePage = 1252;
 // No stamp is near this long; a longer string is damage, not a name.
 const std::uint32_t kLongestString = 1u << 20;
+// Sets hold tens of properties; a table this long is damage, and reading it would cost
+// what the file claims.
+const std::uint32_t kMostProperties = 1u << 16;
 
 std::uint32_t Le32(const std::uint8_t* p) {
   return static_cast<std::uint32_t>(p[0]) | static_cast<std::uint32_t>(p[1]) << 8 |
@@ -55,6 +58,8 @@ class Section {
     if (size_ < 8 || count_ > (size_ - 8) / 8)
       throw CompoundFileError("the property section counts " + std::to_string(count_) +
                               " properties, more than it holds");
+    if (count_ > kMostProperties)
+      throw CompoundFileError("the property section counts " + std::to_string(count_) + " properties: absurd");
   }
 
   // Where each wanted property's value starts (0 when the section lacks it).

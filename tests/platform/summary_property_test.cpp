@@ -86,6 +86,12 @@ TEST(SummaryProperties, DamagedPropertySetsGiveAReason) {
     EXPECT_EQ(info.status, SummaryStatus::kUnreadable) << damage.reason;
     EXPECT_THAT(info.reason, HasSubstr(damage.reason));
   }
+  // A table long enough for 65,537 properties, in a section long enough to hold it.
+  std::string longTable = SummarySet(Stamp());
+  longTable.resize(600000, '\0');
+  PutLe32(longTable, 48, 590000);
+  PutLe32(longTable, 52, 65537);
+  EXPECT_THAT(ReadSet(longTable).reason, HasSubstr("counts 65537 properties: absurd"));
   std::string foreign = SummarySet(Stamp());
   foreign[28] = 0;  // another property set's format ID
   EXPECT_EQ(ReadSet(foreign).status, SummaryStatus::kNoSummaryInformation);
