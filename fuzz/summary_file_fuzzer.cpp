@@ -1,12 +1,13 @@
-// Any bytes as a scene file through the portable reader of summary information (the
-// reader hublet stamps uses off Windows): every input ends in a status, reads only inside
-// the input (the sanitizers watch), and what it reports hangs together.
+// Any bytes as a scene file through the reader of summary information that hublet stamps
+// uses: every input ends in a status, reads only inside the input (the sanitizers watch),
+// and what it reports hangs together, its times shown as ISO 8601 text or not at all.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "platform/file_time.h"
 #include "platform/summary_information.h"
 
 namespace {
@@ -23,6 +24,14 @@ void CheckText(const hublet::SummaryText& text, bool read) {
   Require(text.isText || text.value.empty(), "text for a property that holds none");
 }
 
+void CheckTime(const hublet::FileTime& time, bool read) {
+  Require(read || !time.present, "a time reported from a set that was not read");
+  Require(time.present || (!time.isTime && time.ticks == 0), "a time for a property that is absent");
+  Require(time.isTime || time.ticks == 0, "ticks for a property that holds none");
+  const std::string text = hublet::FileTimeToIso8601(time.ticks);
+  Require(text.empty() || (text.size() == 20 && text[10] == 'T' && text[19] == 'Z'), "a time not in ISO 8601");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -34,5 +43,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CheckText(info.title, read);
   CheckText(info.subject, read);
   CheckText(info.author, read);
+  CheckText(info.lastSavedBy, read);
+  CheckTime(info.created, read);
+  CheckTime(info.lastSaved, read);
   return 0;
 }

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_set>
+
+#include "platform/directory_names.h"
+#include "platform/loop_watch.h"
 
 namespace hublet {
 namespace {
@@ -14,6 +18,7 @@ const std::uint32_t kEndOfChain = 0xFFFFFFFE;
 const std::uint32_t kNoStream = 0xFFFFFFFF;
 const std::uint32_t kDirectoryEntrySize = 128;
 const std::uint32_t kMiniSectorSize = 64;
+const std::uint32_t kMiniStreamCutoff = 4096;
 const std::uint8_t kStreamObject = 2;
 const std::uint8_t kRootObject = 5;
 
@@ -25,20 +30,6 @@ std::uint32_t Le32(const std::uint8_t* p) {
 std::uint64_t Le64(const std::uint8_t* p) { return Le32(p) | static_cast<std::uint64_t>(Le32(p + 4)) << 32; }
 
 std::string Number(std::uint64_t value) { return std::to_string(value); }
-
-// The directory's order: shorter names first, then code unit by code unit without case.
-char16_t Folded(char16_t c) {
-  if ((c >= u'a' && c <= u'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7)) return static_cast<char16_t>(c - 0x20);
-  return c;
-}
-int CompareNames(const std::u16string& a, const std::u16string& b) {
-  if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    const char16_t x = Folded(a[i]), y = Folded(b[i]);
-    if (x != y) return x < y ? -1 : 1;
-  }
-  return 0;
-}
 
 }  // namespace
 
@@ -63,8 +54,10 @@ class CompoundFile::SectorChain : public StreamBytes {
         size_(size),
         sectorLimit_(sectorLimit),
         what_(std::move(what)) {
-    if ((size_ + unit_ - 1) / unit_ > sectorLimit_)
-      throw CompoundFileError(what_ + " claims " + Number(size_) + " bytes, more than the file holds: it is damaged or cut short");
+    // Neither factor is large enough for the product to wrap: it stays below 2^45.
+    if (size_ > sectorLimit_ * unit_)
+      throw CompoundFileError(what_ + " claims " + Number(size_) +
+                              " bytes, more than the file holds: it is damaged or cut short");
   }
 
   std::uint64_t Size() const override { return size_; }
@@ -77,7 +70,7 @@ class CompoundFile::SectorChain : public StreamBytes {
       const std::size_t piece = std::min<std::size_t>(count, unit_ - within);
       const std::uint32_t sector = SectorAt(offset / unit_);
       if (mini_)
-        file_.MiniStream().ReadAt(static_cast<std::uint64_t>(sector) * kMiniSectorSize + within, out, piece);
+        file_.miniStream_->ReadAt(static_cast<std::uint64_t>(sector) * kMiniSectorSize + within, out, piece);
       else
         file_.ReadSector(sector, within, out, piece);
       out += piece;
@@ -86,22 +79,32 @@ class CompoundFile::SectorChain : public StreamBytes {
     }
   }
 
+  // Whether the chain goes on to its index-th sector; false when it ends before.
+  bool Reaches(std::uint64_t index) {
+    while (sectors_.size() <= index && !ended_) Follow();
+    return sectors_.size() > index;
+  }
+
  private:
   std::uint32_t SectorAt(std::uint64_t index) {
-    while (sectors_.size() <= index) {
-      const std::uint32_t next =
-          sectors_.empty() ? first_ : mini_ ? file_.NextMiniSector(sectors_.back()) : file_.NextSector(sectors_.back());
-      if (next == kEndOfChain)
-        throw CompoundFileError(what_ + "'s chain ends after " + Number(sectors_.size()) + " sectors, short of its " +
-                                Number(size_) + " bytes");
-      if (next > kMaxRegularSector || next >= sectorLimit_)
-        throw CompoundFileError(what_ + "'s chain leads to sector " + Number(next) + ", past the end");
-      if (visited_.empty()) visited_.resize(static_cast<std::size_t>(sectorLimit_));
-      if (visited_[next]) throw CompoundFileError(what_ + "'s chain loops back to sector " + Number(next));
-      visited_[next] = true;
-      sectors_.push_back(next);
-    }
+    if (!Reaches(index))
+      throw CompoundFileError(what_ + "'s chain ends after " + Number(sectors_.size()) + " sectors, short of its " +
+                              Number(size_) + " bytes");
     return sectors_[static_cast<std::size_t>(index)];
+  }
+
+  void Follow() {
+    const std::uint32_t next = sectors_.empty() ? first_
+                               : mini_          ? file_.NextMiniSector(sectors_.back())
+                                                : file_.NextSector(sectors_.back());
+    if (next == kEndOfChain) {
+      ended_ = true;
+      return;
+    }
+    if (next > kMaxRegularSector || next >= sectorLimit_)
+      throw CompoundFileError(what_ + "'s chain leads to sector " + Number(next) + ", past the end");
+    if (loopWatch_.Returns(next)) throw CompoundFileError(what_ + "'s chain loops back to sector " + Number(next));
+    sectors_.push_back(next);
   }
 
   CompoundFile& file_;
@@ -111,19 +114,18 @@ class CompoundFile::SectorChain : public StreamBytes {
   const std::uint64_t size_;
   const std::uint64_t sectorLimit_;  // sectors that exist: a chain never goes past them
   const std::string what_;
-  std::vector<std::uint32_t> sectors_;
-  std::vector<bool> visited_;
+  std::vector<std::uint32_t> sectors_;  // the chain as far as it has been followed
+  bool ended_ = false;
+  LoopWatch loopWatch_;
 };
 
-bool CompoundFile::HasSignature(ByteSource& source) {
-  std::uint8_t start[sizeof kSignature];
-  return source.ReadAt(0, start, sizeof start) && std::memcmp(start, kSignature, sizeof start) == 0;
-}
-
-CompoundFile::CompoundFile(ByteSource& source) : source_(source) {
+CompoundFile::CompoundFile(ByteSource& source) : bytes_(source) {
   std::uint8_t header[kHeaderSize];
-  if (!source.ReadAt(0, header, sizeof header))
-    throw CompoundFileError("the header is cut short: the file has " + Number(source.Size()) + " bytes");
+  if (bytes_.Size() < sizeof kSignature) throw NotCompoundFile();
+  if (!bytes_.ReadAt(0, header, sizeof kSignature)) throw CompoundFileError("the file cannot be read");
+  if (std::memcmp(header, kSignature, sizeof kSignature) != 0) throw NotCompoundFile();
+  if (!bytes_.ReadAt(0, header, sizeof header))
+    throw CompoundFileError("the header is cut short: the file has " + Number(bytes_.Size()) + " bytes");
   if (Le16(header + 28) != 0xFFFE) throw CompoundFileError("the header's byte order mark is not FFFE");
   const std::uint16_t major = Le16(header + 26), sectorShift = Le16(header + 30);
   if (!((major == 3 && sectorShift == 9) || (major == 4 && sectorShift == 12)))
@@ -131,38 +133,38 @@ CompoundFile::CompoundFile(ByteSource& source) : source_(source) {
                             " bytes is not a known format");
   if (Le16(header + 32) != 6) throw CompoundFileError("mini sectors are not 64 bytes");
   sectorSize_ = 1u << sectorShift;
-  const std::uint64_t size = source.Size();
+  const std::uint64_t size = bytes_.Size();
   sectorCount_ = static_cast<std::uint32_t>(
       std::min<std::uint64_t>(size <= sectorSize_ ? 0 : (size - sectorSize_ + sectorSize_ - 1) / sectorSize_,
                               kMaxRegularSector + std::uint64_t{1}));
   fatSectors_ = Le32(header + 44);
-  firstDirectorySector_ = Le32(header + 48);
-  miniStreamCutoff_ = Le32(header + 56);
+  const std::uint32_t firstDirectorySector = Le32(header + 48);
   firstMiniFatSector_ = Le32(header + 60);
   miniFatSectors_ = Le32(header + 64);
   firstDifatSector_ = Le32(header + 68);
   difatSectors_ = Le32(header + 72);
-  if (miniStreamCutoff_ != 4096) throw CompoundFileError("the mini stream cutoff is not 4096 bytes");
+  if (Le32(header + 56) != kMiniStreamCutoff) throw CompoundFileError("the mini stream cutoff is not 4096 bytes");
   if (fatSectors_ > sectorCount_ || difatSectors_ > sectorCount_ || miniFatSectors_ > sectorCount_)
     throw CompoundFileError("the header counts more FAT sectors than the file's " + Number(sectorCount_));
   for (std::uint32_t i = 0; i < kHeaderDifatEntries; ++i) headerDifat_.push_back(Le32(header + 76 + 4 * i));
-  directory_.reset(new SectorChain(*this, false, firstDirectorySector_,
-                                   static_cast<std::uint64_t>(sectorCount_) * sectorSize_, sectorCount_,
-                                   "the directory"));
+  // The directory is as long as its chain: entries are looked for only as far as it goes.
+  directory_.reset(new SectorChain(*this, false, firstDirectorySector, std::uint64_t{sectorCount_} * sectorSize_,
+                                   sectorCount_, "the directory"));
 }
 
 CompoundFile::~CompoundFile() = default;
 
 void CompoundFile::ReadSector(std::uint32_t sector, std::uint32_t offset, std::uint8_t* out, std::size_t count) {
   if (sector >= sectorCount_) throw CompoundFileError("sector " + Number(sector) + " is past the end of the file");
-  if (!source_.ReadAt((static_cast<std::uint64_t>(sector) + 1) * sectorSize_ + offset, out, count))
-    throw CompoundFileError("the file ends inside sector " + Number(sector));
+  const std::uint64_t at = (static_cast<std::uint64_t>(sector) + 1) * sectorSize_ + offset;
+  if (at > bytes_.Size() || count > bytes_.Size() - at) throw CompoundFileError("the file ends inside sector " + Number(sector));
+  if (!bytes_.ReadAt(at, out, count)) throw CompoundFileError("the file cannot be read at sector " + Number(sector));
 }
 
 std::uint32_t CompoundFile::FatSectorLocation(std::uint32_t index) {
   if (index >= fatSectors_)
-    throw CompoundFileError("the FAT has " + Number(fatSectors_) + " sectors, not the " + Number(index + 1) +
-                            " a chain needs");
+    throw CompoundFileError("the FAT has " + Number(fatSectors_) + " sectors, not the " +
+                            Number(index + std::uint64_t{1}) + " a chain needs");
   if (index < kHeaderDifatEntries) return headerDifat_[index];
   // Further FAT sectors are listed in DIFAT sectors, each ending with the next one's number.
   const std::uint32_t perSector = sectorSize_ / 4 - 1;
@@ -175,6 +177,8 @@ std::uint32_t CompoundFile::FatSectorLocation(std::uint32_t index) {
       ReadSector(difatChain_.back(), perSector * 4, bytes, 4);
       next = Le32(bytes);
     }
+    if (difatLoopWatch_.Returns(next))
+      throw CompoundFileError("the DIFAT's chain loops back to sector " + Number(next));
     difatChain_.push_back(next);
   }
   std::uint8_t bytes[4];
@@ -184,14 +188,9 @@ std::uint32_t CompoundFile::FatSectorLocation(std::uint32_t index) {
 
 std::uint32_t CompoundFile::NextSector(std::uint32_t sector) {
   const std::uint32_t perSector = sectorSize_ / 4;
-  const std::uint32_t index = sector / perSector;
-  auto cached = fatCache_.find(index);
-  if (cached == fatCache_.end()) {
-    std::vector<std::uint8_t> fat(sectorSize_);
-    ReadSector(FatSectorLocation(index), 0, fat.data(), fat.size());
-    cached = fatCache_.emplace(index, std::move(fat)).first;
-  }
-  return Le32(cached->second.data() + sector % perSector * 4);
+  std::uint8_t bytes[4];
+  ReadSector(FatSectorLocation(sector / perSector), sector % perSector * 4, bytes, 4);
+  return Le32(bytes);
 }
 
 std::uint32_t CompoundFile::NextMiniSector(std::uint32_t sector) {
@@ -207,10 +206,11 @@ std::uint32_t CompoundFile::NextMiniSector(std::uint32_t sector) {
 }
 
 CompoundFile::DirectoryEntry CompoundFile::ReadDirectoryEntry(std::uint32_t id) {
+  const std::uint64_t offset = static_cast<std::uint64_t>(id) * kDirectoryEntrySize;
+  if (!directory_->Reaches(offset / sectorSize_))
+    throw CompoundFileError("directory entry " + Number(id) + " is past the end of the directory");
   std::uint8_t bytes[kDirectoryEntrySize];
-  if (static_cast<std::uint64_t>(id) * kDirectoryEntrySize >= directory_->Size())
-    throw CompoundFileError("directory entry " + Number(id) + " is past the end of the file");
-  directory_->ReadAt(static_cast<std::uint64_t>(id) * kDirectoryEntrySize, bytes, sizeof bytes);
+  directory_->ReadAt(offset, bytes, sizeof bytes);
   DirectoryEntry entry;
   const std::uint16_t nameBytes = Le16(bytes + 64);
   if (nameBytes > 64 || nameBytes % 2 != 0)
@@ -226,37 +226,55 @@ CompoundFile::DirectoryEntry CompoundFile::ReadDirectoryEntry(std::uint32_t id) 
   return entry;
 }
 
-CompoundFile::SectorChain& CompoundFile::MiniStream() {
-  if (!miniStream_) {
-    const DirectoryEntry root = ReadDirectoryEntry(0);
-    miniStream_.reset(new SectorChain(*this, false, root.start, root.size, sectorCount_, "the mini stream"));
+// The siblings form a search tree in the directory's order of names; an entry met twice
+// means the tree loops.
+std::uint32_t CompoundFile::SearchSiblings(std::uint32_t top, const std::u16string& name) {
+  std::unordered_set<std::uint32_t> visited;
+  for (std::uint32_t id = top; id != kNoStream;) {
+    if (!visited.insert(id).second) throw CompoundFileError("the directory's tree loops back to entry " + Number(id));
+    const DirectoryEntry entry = ReadDirectoryEntry(id);
+    const int order = CompareDirectoryNames(name, entry.name);
+    if (order == 0) return id;
+    id = order < 0 ? entry.left : entry.right;
   }
-  return *miniStream_;
+  return kNoStream;
+}
+
+// Some writers order siblings otherwise than Windows does; other readers still find a
+// stream among them by visiting every sibling, as this does, each entry once at most, so
+// that the walk ends within the directory's length.
+std::uint32_t CompoundFile::VisitSiblings(std::uint32_t top, const std::u16string& name) {
+  std::vector<std::uint32_t> pending(1, top);
+  std::unordered_set<std::uint32_t> visited;
+  while (!pending.empty()) {
+    const std::uint32_t id = pending.back();
+    pending.pop_back();
+    if (id == kNoStream) continue;
+    if (!visited.insert(id).second) throw CompoundFileError("the directory's tree loops back to entry " + Number(id));
+    const DirectoryEntry entry = ReadDirectoryEntry(id);
+    if (CompareDirectoryNames(name, entry.name) == 0) return id;
+    pending.push_back(entry.left);
+    pending.push_back(entry.right);
+  }
+  return kNoStream;
 }
 
 std::unique_ptr<StreamBytes> CompoundFile::OpenRootStream(const std::u16string& name) {
   const DirectoryEntry root = ReadDirectoryEntry(0);
   if (root.type != kRootObject) throw CompoundFileError("the directory does not start with the root storage");
-  // The root's children form a search tree; a damaged one could send the search round in
-  // circles, so it may visit each entry the directory can hold once at most.
-  const std::uint64_t entryLimit = directory_->Size() / kDirectoryEntrySize;
-  std::uint32_t id = root.child;
-  for (std::uint64_t visited = 0; id != kNoStream; ++visited) {
-    if (visited > entryLimit) throw CompoundFileError("the directory's tree loops");
-    const DirectoryEntry entry = ReadDirectoryEntry(id);
-    const int order = CompareNames(name, entry.name);
-    if (order == 0) {
-      if (entry.type != kStreamObject) return nullptr;
-      if (entry.size < miniStreamCutoff_)
-        return std::unique_ptr<StreamBytes>(new SectorChain(*this, true, entry.start, entry.size,
-                                                            MiniStream().Size() / kMiniSectorSize,
-                                                            "the stream"));
-      return std::unique_ptr<StreamBytes>(
-          new SectorChain(*this, false, entry.start, entry.size, sectorCount_, "the stream"));
-    }
-    id = order < 0 ? entry.left : entry.right;
-  }
-  return nullptr;
+  // The root's stream is the mini stream.
+  miniStream_.reset(new SectorChain(*this, false, root.start, root.size, sectorCount_, "the mini stream"));
+  std::uint32_t id = SearchSiblings(root.child, name);
+  if (id == kNoStream) id = VisitSiblings(root.child, name);
+  if (id == kNoStream) return nullptr;
+  const DirectoryEntry entry = ReadDirectoryEntry(id);
+  if (entry.type != kStreamObject) return nullptr;
+  if (entry.size < kMiniStreamCutoff)
+    return std::unique_ptr<StreamBytes>(new SectorChain(*this, true, entry.start, entry.size,
+                                                        (miniStream_->Size() + kMiniSectorSize - 1) / kMiniSectorSize,
+                                                        "the stream"));
+  return std::unique_ptr<StreamBytes>(
+      new SectorChain(*this, false, entry.start, entry.size, sectorCount_, "the stream"));
 }
 
 }  // namespace hublet

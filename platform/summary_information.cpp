@@ -6,6 +6,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "platform/code_pages.h"
 #include "platform/compound_file.h"
 
 namespace hublet {
@@ -15,11 +16,15 @@ namespace {
 const std::uint8_t kSummaryFormatId[16] = {0xE0, 0x85, 0x9F, 0xF2, 0xF9, 0x4F, 0x68, 0x10,
                                            0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9};
 const char16_t kStreamName[] = u"\x0005SummaryInformation";
-const std::uint32_t kCodePageId = 1, kTitleId = 2, kSubjectId = 3, kAuthorId = 4;
-const std::uint16_t kVtI2 = 2, kVtLpstr = 30, kVtLpwstr = 31;
+const std::uint32_t kCodePageId = 1, kTitleId = 2, kSubjectId = 3, kAuthorId = 4, kLastSavedById = 8,
+                    kCreatedId = 12, kLastSavedId = 13;
+const std::uint16_t kVtI2 = 2, kVtLpstr = 30, kVtLpwstr = 31, kVtFiletime = 64;
 const unsigned kUtf16CodePage = 1200, kDefaultCodePage = 1252;
 // No stamp is near this long; a longer string is damage, not a name.
 const std::uint32_t kLongestString = 1u << 20;
+// Sets hold tens of properties; a table this long is damage, and reading it would cost
+// what the file claims.
+const std::uint32_t kMostProperties = 1u << 16;
 
 std::uint32_t Le32(const std::uint8_t* p) {
   return static_cast<std::uint32_t>(p[0]) | static_cast<std::uint32_t>(p[1]) << 8 |
@@ -53,6 +58,8 @@ class Section {
     if (size_ < 8 || count_ > (size_ - 8) / 8)
       throw CompoundFileError("the property section counts " + std::to_string(count_) +
                               " properties, more than it holds");
+    if (count_ > kMostProperties)
+      throw CompoundFileError("the property section counts " + std::to_string(count_) + " properties: absurd");
   }
 
   // Where each wanted property's value starts (0 when the section lacks it).
@@ -120,6 +127,17 @@ SummaryText ReadText(Section& section, std::uint64_t offset, unsigned codePage) 
   return text;
 }
 
+FileTime ReadTime(Section& section, std::uint64_t offset) {
+  FileTime time;
+  if (offset == 0) return time;
+  time.present = true;
+  if (section.Type(offset) != kVtFiletime) return time;
+  const std::string value = section.Bytes(offset + 4, 8);
+  for (int i = 7; i >= 0; --i) time.ticks = time.ticks << 8 | static_cast<std::uint8_t>(value[i]);
+  time.isTime = true;
+  return time;
+}
+
 void ReadSet(StreamBytes& stream, SummaryInformation& info) {
   info.status = SummaryStatus::kRead;
   // A committed empty set may be left as an empty stream.
@@ -134,23 +152,24 @@ void ReadSet(StreamBytes& stream, SummaryInformation& info) {
     return;
   }
   Section section(stream, Le32(header + 44));
-  const std::uint32_t ids[] = {kCodePageId, kTitleId, kSubjectId, kAuthorId};
-  std::uint64_t offsets[4];
-  section.Locate(ids, offsets, 4);
+  // One pass over the table finds them all; the thumbnail (17), most of a stream 3ds Max
+  // writes, is never read.
+  const std::uint32_t ids[] = {kCodePageId, kTitleId, kSubjectId, kAuthorId, kLastSavedById, kCreatedId, kLastSavedId};
+  std::uint64_t offsets[7];
+  section.Locate(ids, offsets, 7);
   const unsigned codePage = CodePage(section, offsets[0]);
   info.title = ReadText(section, offsets[1], codePage);
   info.subject = ReadText(section, offsets[2], codePage);
   info.author = ReadText(section, offsets[3], codePage);
+  info.lastSavedBy = ReadText(section, offsets[4], codePage);
+  info.created = ReadTime(section, offsets[5]);
+  info.lastSaved = ReadTime(section, offsets[6]);
 }
 
 }  // namespace
 
 SummaryInformation ReadSummaryFromBytes(ByteSource& source) {
   SummaryInformation info;
-  if (!CompoundFile::HasSignature(source)) {
-    info.status = SummaryStatus::kNotCompoundFile;
-    return info;
-  }
   try {
     CompoundFile file(source);
     const std::unique_ptr<StreamBytes> stream = file.OpenRootStream(kStreamName);
@@ -159,6 +178,9 @@ SummaryInformation ReadSummaryFromBytes(ByteSource& source) {
       return info;
     }
     ReadSet(*stream, info);
+  } catch (const NotCompoundFile&) {
+    info = SummaryInformation();
+    info.status = SummaryStatus::kNotCompoundFile;
   } catch (const std::exception& error) {
     info = SummaryInformation();
     info.status = SummaryStatus::kUnreadable;
@@ -167,7 +189,7 @@ SummaryInformation ReadSummaryFromBytes(ByteSource& source) {
   return info;
 }
 
-SummaryInformation ReadSummaryFromFile(const std::wstring& path) {
+SummaryInformation ReadSummaryInformation(const std::wstring& path) {
   std::string error;
   const std::unique_ptr<ByteSource> bytes = OpenFileBytes(path, error);
   if (!bytes) {

@@ -45,8 +45,9 @@ for target in $targets; do
   # yet long enough for a value to overrun the plug-in's 260-character buffer.
   max_len=512 seeds=fuzz/corpus words=(-dict=fuzz/preference.dict)
   [ "$target" = preference_file_fuzzer ] && max_len=65536
-  # Scene files: seeds of their own, no preference words, room for a few sectors.
-  [ "$target" = summary_file_fuzzer ] && max_len=16384 seeds=fuzz/scene_corpus words=()
+  # Scene files: seeds of their own, no preference words, room for a few sectors of
+  # version 4 (4096 bytes each: header, FAT, directory, mini FAT, a stream or two).
+  [ "$target" = summary_file_fuzzer ] && max_len=32768 seeds=fuzz/scene_corpus words=()
   options=(-timeout=10 -rss_limit_mb=2048 -max_len="$max_len" "${words[@]}"
            -print_final_stats=1 -artifact_prefix="$build/artifacts/$target-")
   if [ -n "$runs" ]; then options+=(-runs="$runs"); else options+=(-max_total_time="$seconds"); fi

@@ -1,18 +1,17 @@
 // Windows only: scene files written with the system's structured storage, read back by
-// both readers (structured storage, and the portable reader the other platforms use),
-// which must agree on every one.
+// structured storage and by the portable reader every build uses, which must agree on
+// every one.
 #include <windows.h>
 #include <objbase.h>
 #include <propidl.h>
 
 #include <gmock/gmock.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/byte_source.h"
 #include "platform/summary_information.h"
+#include "tests/platform/structured_storage_reader.h"
 #include "tests/support/scratch_file.h"
 
 namespace hublet {
@@ -21,6 +20,10 @@ namespace {
 const FMTID kSummaryFormatId = {0xF29F85E0, 0x4FF9, 0x1068, {0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9}};
 
 enum class Strings { kUtf16, kCodePage, kCodePageInUnicodeSet };
+
+// Creation and last save, as 3ds Max writes them: 2020-07-03 09:15:00 and 2023-11-14
+// 17:40:12 UTC.
+const std::uint64_t kFileTimes[2] = {132382413000000000, 133444572120000000};
 
 struct Layout {
   ULONG sectorSize;
@@ -65,8 +68,8 @@ void WriteScene(const std::wstring& path, const Layout& layout, const std::vecto
             S_OK);
   std::vector<std::string> ansi;
   for (const std::wstring& text : texts) ansi.push_back(Ansi(text));
-  PROPSPEC specs[4];
-  PROPVARIANT values[4];
+  PROPSPEC specs[7];
+  PROPVARIANT values[7];
   ULONG count = 0;
   for (int i = 0; i < layout.properties + (layout.largeSet ? 1 : 0); ++i, ++count) {
     const bool comment = i == layout.properties;
@@ -79,6 +82,26 @@ void WriteScene(const std::wstring& path, const Layout& layout, const std::vecto
     } else {
       values[i].vt = VT_LPSTR;
       values[i].pszVal = const_cast<char*>(ansi[comment ? 3 : i].c_str());
+    }
+  }
+  // With a whole stamp, what 3ds Max writes beside it: its last saver and two times.
+  if (layout.properties >= 3) {
+    for (PROPID id : {8u, 12u, 13u}) {
+      specs[count].ulKind = PRSPEC_PROPID;
+      specs[count].propid = id;
+      PROPVARIANT& value = values[count++];
+      PropVariantInit(&value);
+      if (id != 8) {
+        value.vt = VT_FILETIME;
+        value.filetime.dwLowDateTime = static_cast<DWORD>(kFileTimes[id - 12]);
+        value.filetime.dwHighDateTime = static_cast<DWORD>(kFileTimes[id - 12] >> 32);
+      } else if (layout.strings == Strings::kUtf16) {
+        value.vt = VT_LPWSTR;
+        value.pwszVal = const_cast<wchar_t*>(texts[4].c_str());
+      } else {
+        value.vt = VT_LPSTR;
+        value.pszVal = const_cast<char*>(ansi[4].c_str());
+      }
     }
   }
   if (count > 0) {
@@ -102,9 +125,15 @@ void ExpectSame(const SummaryText& system, const SummaryText& portable, const wc
   EXPECT_EQ(system.value, portable.value) << what;
 }
 
+void ExpectSame(const FileTime& system, const FileTime& portable, const wchar_t* what) {
+  EXPECT_EQ(system.present, portable.present) << what;
+  EXPECT_EQ(system.isTime, portable.isTime) << what;
+  EXPECT_EQ(system.ticks, portable.ticks) << what;
+}
+
 TEST(SummaryCrossCheck, BothReadersAgreeOnFilesWrittenByTheSystem) {
   const std::vector<std::wstring> texts = {L"3-7-2020", L"J\u00f6rg on RENDER07", L"anna on WS12",
-                                           std::wstring(5000, L'c')};
+                                           std::wstring(5000, L'c'), L"adavis4"};
   int files = 0;
   for (ULONG sectorSize : {512u, 4096u})
     for (Strings strings : {Strings::kUtf16, Strings::kCodePage, Strings::kCodePageInUnicodeSet})
@@ -117,11 +146,8 @@ TEST(SummaryCrossCheck, BothReadersAgreeOnFilesWrittenByTheSystem) {
                                               << otherStreams);
             testing::ScratchFile file;
             WriteScene(file.path(), layout, texts);
-            const SummaryInformation system = ReadSummaryInformation(file.path());
-            std::string error;
-            const std::unique_ptr<ByteSource> bytes = OpenFileBytes(file.path(), error);
-            ASSERT_TRUE(bytes) << error;
-            const SummaryInformation portable = ReadSummaryFromBytes(*bytes);
+            const SummaryInformation system = testing::ReadThroughStructuredStorage(file.path());
+            const SummaryInformation portable = ReadSummaryInformation(file.path());
             ASSERT_EQ(system.status, SummaryStatus::kRead) << system.reason;
             ASSERT_EQ(portable.status, SummaryStatus::kRead) << portable.reason;
             // Wine's reader takes the byte count of an 8-bit string in a UTF-16 set for a
@@ -131,12 +157,17 @@ TEST(SummaryCrossCheck, BothReadersAgreeOnFilesWrittenByTheSystem) {
               if (properties >= 3) {
                 EXPECT_EQ(portable.subject.value, texts[1]);
                 EXPECT_EQ(portable.author.value, texts[2]);
+                EXPECT_EQ(portable.lastSavedBy.value, texts[4]);
               }
             } else {
               ExpectSame(system.title, portable.title, L"title");
               ExpectSame(system.subject, portable.subject, L"subject");
               ExpectSame(system.author, portable.author, L"author");
+              ExpectSame(system.lastSavedBy, portable.lastSavedBy, L"last saved by");
             }
+            ExpectSame(system.created, portable.created, L"created");
+            ExpectSame(system.lastSaved, portable.lastSaved, L"last saved");
+            EXPECT_EQ(portable.lastSaved.ticks, properties >= 3 ? kFileTimes[1] : 0);
             EXPECT_EQ(portable.title.present, properties >= 1);
             EXPECT_EQ(portable.author.present, properties >= 3);
             if (properties >= 1) {

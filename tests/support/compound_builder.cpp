@@ -1,13 +1,15 @@
 #include "tests/support/compound_builder.h"
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 
 namespace hublet {
 namespace testing {
 namespace {
 
-const std::uint32_t kEnd = 0xFFFFFFFE, kFree = 0xFFFFFFFF, kFatSector = 0xFFFFFFFD, kNone = 0xFFFFFFFF;
+const std::uint32_t kEnd = 0xFFFFFFFE, kFree = 0xFFFFFFFF, kFatSector = 0xFFFFFFFD, kDifatSector = 0xFFFFFFFC,
+                    kNone = 0xFFFFFFFF;
 
 void Append16(std::string& bytes, std::uint16_t value) {
   bytes += static_cast<char>(value & 0xFF);
@@ -55,6 +57,15 @@ std::string EntryBytes(const Entry& entry) {
 
 }  // namespace
 
+std::size_t ImageBytes::ReadSome(std::uint64_t offset, std::uint8_t* out, std::size_t count) {
+  const std::string& bytes = image_.bytes;
+  const std::size_t held =
+      offset < bytes.size() ? std::min<std::size_t>(count, bytes.size() - static_cast<std::size_t>(offset)) : 0;
+  if (held > 0) std::memcpy(out, bytes.data() + offset, held);
+  std::memset(out + held, 0, count - held);
+  return count;
+}
+
 void PutLe32(std::string& bytes, std::uint64_t offset, std::uint32_t value) {
   for (int i = 0; i < 4; ++i) bytes.at(static_cast<std::size_t>(offset) + i) = static_cast<char>(value >> (8 * i));
 }
@@ -92,8 +103,13 @@ CompoundImage BuildCompoundFile(const std::vector<CompoundStream>& streams, std:
   for (std::uint64_t size : sizes)
     if (size >= 4096) regularSectors += Units(size, sectorSize);
   const std::uint64_t other = directorySectors + miniFatSectors + miniStreamSectors + regularSectors;
-  std::uint32_t fatSectors = 1;
-  while (std::uint64_t{fatSectors} * perSector < other + fatSectors) ++fatSectors;
+  // FAT sectors past the header's 109 are listed in DIFAT sectors, which the FAT covers too.
+  std::uint32_t fatSectors = 1, difatSectors = 0;
+  for (;;) {
+    difatSectors = fatSectors <= 109 ? 0 : static_cast<std::uint32_t>(Units(fatSectors - 109, perSector - 1));
+    if (std::uint64_t{fatSectors} * perSector >= other + fatSectors + difatSectors) break;
+    ++fatSectors;
+  }
 
   std::vector<std::uint32_t> fat(std::size_t{fatSectors} * perSector, kFree);
   std::uint32_t next = 0;
@@ -103,6 +119,8 @@ CompoundImage BuildCompoundFile(const std::vector<CompoundStream>& streams, std:
     return first;
   };
   for (std::uint32_t i = 0; i < fatSectors; ++i) fat[next++] = kFatSector;
+  const std::uint32_t firstDifatSector = next;
+  for (std::uint32_t i = 0; i < difatSectors; ++i) fat[next++] = kDifatSector;
   image.fatSector = 0;
   image.directorySector = chain(directorySectors);
   const std::uint32_t miniFatStart = chain(miniFatSectors);
@@ -152,11 +170,18 @@ CompoundImage BuildCompoundFile(const std::vector<CompoundStream>& streams, std:
   Append32(bytes, 4096);
   Append32(bytes, miniFatSectors == 0 ? kEnd : miniFatStart);
   Append32(bytes, miniFatSectors);
-  Append32(bytes, kEnd);
-  Append32(bytes, 0);
+  Append32(bytes, difatSectors == 0 ? kEnd : firstDifatSector);
+  Append32(bytes, difatSectors);
   for (std::uint32_t i = 0; i < 109; ++i) Append32(bytes, i < fatSectors ? i : kFree);
   bytes.resize(sectorSize, '\0');
   for (std::uint32_t value : fat) Append32(bytes, value);
+  for (std::uint32_t d = 0; d < difatSectors; ++d) {
+    for (std::uint32_t i = 0; i + 1 < perSector; ++i) {
+      const std::uint64_t fatIndex = 109 + std::uint64_t{d} * (perSector - 1) + i;
+      Append32(bytes, fatIndex < fatSectors ? static_cast<std::uint32_t>(fatIndex) : kFree);
+    }
+    Append32(bytes, d + 1 < difatSectors ? firstDifatSector + d + 1 : kEnd);
+  }
   for (const Entry& entry : entries) bytes += EntryBytes(entry);
   if (!miniFat.empty()) {
     bytes.resize(image.SectorOffset(miniFatStart), '\0');
@@ -193,6 +218,51 @@ RawProperty CodePageIdProperty(std::uint16_t codePage) {
   std::string value;
   Append16(value, codePage);
   return RawProperty{1, 2, value};
+}
+
+RawProperty FileTimeProperty(std::uint32_t id, std::uint64_t ticks) {
+  std::string value;
+  Append32(value, static_cast<std::uint32_t>(ticks));
+  Append32(value, static_cast<std::uint32_t>(ticks >> 32));
+  return RawProperty{id, 64, value};
+}
+
+std::vector<RawProperty> MaxSummary(const std::vector<RawProperty>& stamp, std::uint32_t thumbnailBytes) {
+  std::string locale, thumbnail;
+  Append32(locale, 1033);
+  Append32(thumbnail, thumbnailBytes + 4);
+  Append32(thumbnail, 0xFFFFFFFF);  // a Windows clipboard format
+  thumbnail += std::string(thumbnailBytes, '\x7F');
+  std::vector<RawProperty> properties = {CodePageIdProperty(65001), RawProperty{0x80000000, 3, locale}};
+  properties.insert(properties.end(), stamp.begin(), stamp.end());
+  const std::vector<RawProperty> rest = {CodePageProperty(8, "adavis4"),
+                                         CodePageProperty(9, "1"),
+                                         // 2020-07-03 09:15:00 and 2023-11-14 17:40:12 UTC
+                                         FileTimeProperty(12, 132382413000000000),
+                                         FileTimeProperty(13, 133444572120000000),
+                                         RawProperty{17, 71, thumbnail},
+                                         CodePageProperty(35, "{5E4E1A2B-7C3D-4F60-8A91-0B2C3D4E5F60}"),
+                                         CodePageProperty(37, "1.0")};
+  properties.insert(properties.end(), rest.begin(), rest.end());
+  return properties;
+}
+
+CompoundImage MaxSceneFile(const std::string& summary, std::uint64_t sceneBytes) {
+  const std::vector<CompoundStream> streams = {
+      {u"\x0005DocumentSummaryInformation", std::string(400, 'd'), 0},
+      {u"ClassData", std::string(900, 'a'), 0},
+      {u"ClassDirectory3", std::string(3000, 'k'), 0},
+      {u"Config", std::string(2000, 'c'), 0},
+      {u"DllDirectory", std::string(1500, 'l'), 0},
+      {u"FileAssetMetaData3", std::string(1200, 'f'), 0},
+      {u"SaveConfigData", std::string(300, 'v'), 0},
+      {u"ScriptedCustAttribDefs", std::string(200, 'x'), 0},
+      {u"VideoPostQueue", std::string(300, 'q'), 0},
+      // The scene's body before the summary, which starts in the middle of the file.
+      {u"Scene", std::string(4096, 's'), sceneBytes - 4096},
+      {u"\x0005SummaryInformation", summary, 0},
+  };
+  return BuildCompoundFile(streams, 4096);
 }
 
 std::string SummarySet(const std::vector<RawProperty>& properties) {

@@ -1,14 +1,14 @@
+#include "tests/platform/structured_storage_reader.h"
+
 #include <windows.h>
 #include <objbase.h>
 #include <propidl.h>
 
 #include <cstdio>
-#include <stdexcept>
 #include <string>
 
-#include "platform/summary_information.h"
-
 namespace hublet {
+namespace testing {
 namespace {
 
 // F29F85E0-4FF9-1068-AB91-08002B27B3D9, written out so no GUID library is needed.
@@ -36,10 +36,22 @@ SummaryText TextOf(const PROPVARIANT& value) {
     text.value = value.pwszVal;
     text.isText = true;
   } else if (value.vt == VT_LPSTR && value.pszVal != nullptr) {
-    text.value = CodePageToWide(CP_ACP, value.pszVal);
+    const int length = MultiByteToWideChar(CP_ACP, 0, value.pszVal, -1, nullptr, 0);
+    text.value.resize(length > 0 ? static_cast<std::size_t>(length) : 1);
+    MultiByteToWideChar(CP_ACP, 0, value.pszVal, -1, &text.value[0], length);
+    text.value.resize(text.value.size() - 1);
     text.isText = true;
   }
   return text;
+}
+
+FileTime TimeOf(const PROPVARIANT& value) {
+  FileTime time;
+  time.present = value.vt != VT_EMPTY;
+  time.isTime = value.vt == VT_FILETIME;
+  if (time.isTime)
+    time.ticks = static_cast<std::uint64_t>(value.filetime.dwHighDateTime) << 32 | value.filetime.dwLowDateTime;
+  return time;
 }
 
 template <typename T>
@@ -47,6 +59,8 @@ void Release(T*& object) {
   if (object != nullptr) object->Release();
   object = nullptr;
 }
+
+}  // namespace
 
 SummaryInformation ReadThroughStructuredStorage(const std::wstring& path) {
   SummaryInformation info;
@@ -73,46 +87,28 @@ SummaryInformation ReadThroughStructuredStorage(const std::wstring& path) {
     return info;
   }
   if (FAILED(result)) return Unreadable("the summary information cannot be opened", result);
-  PROPSPEC specs[3];
-  PROPVARIANT values[3];
-  for (ULONG i = 0; i < 3; ++i) {
+  const PROPID ids[] = {2, 3, 4, 8, 12, 13};  // title, subject, author, last saved by, created, last saved
+  PROPSPEC specs[6];
+  PROPVARIANT values[6];
+  for (ULONG i = 0; i < 6; ++i) {
     specs[i].ulKind = PRSPEC_PROPID;
-    specs[i].propid = i + 2;  // title, subject, author
+    specs[i].propid = ids[i];
     PropVariantInit(&values[i]);
   }
-  result = properties->ReadMultiple(3, specs, values);
+  result = properties->ReadMultiple(6, specs, values);
   Release(properties);
   if (FAILED(result)) return Unreadable("the summary information cannot be read", result);
   // 8-bit strings come back converted to the system's code page, whatever the set's.
   info.title = TextOf(values[0]);
   info.subject = TextOf(values[1]);
   info.author = TextOf(values[2]);
+  info.lastSavedBy = TextOf(values[3]);
+  info.created = TimeOf(values[4]);
+  info.lastSaved = TimeOf(values[5]);
   info.status = SummaryStatus::kRead;
-  FreePropVariantArray(3, values);
+  FreePropVariantArray(6, values);
   return info;
 }
 
-}  // namespace
-
-std::wstring CodePageToWide(unsigned codePage, const std::string& bytes) {
-  if (bytes.empty()) return std::wstring();
-  const int size = static_cast<int>(bytes.size());
-  const int length = MultiByteToWideChar(codePage, 0, bytes.data(), size, nullptr, 0);
-  if (length == 0)
-    throw std::runtime_error("the strings' code page " + std::to_string(codePage) + " is not known here");
-  std::wstring text(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(codePage, 0, bytes.data(), size, &text[0], length);
-  return text;
-}
-
-// Structured storage is not ours to bound (Wine spends most of a minute on a chain that
-// loops), so it reads only files the portable reader has found sound; on a damaged file
-// the portable reader's words say what is wrong, where the system has only a code.
-SummaryInformation ReadSummaryInformation(const std::wstring& path) {
-  SummaryInformation portable = ReadSummaryFromFile(path);
-  if (portable.status == SummaryStatus::kNotCompoundFile || portable.status == SummaryStatus::kUnreadable)
-    return portable;
-  return ReadThroughStructuredStorage(path);
-}
-
+}  // namespace testing
 }  // namespace hublet
