@@ -8,6 +8,7 @@
 #include "tool/common/host_codes.h"
 #include "tool/common/json_writer.h"
 #include "tool/common/read_times.h"
+#include "tool/replay/profile_cache.h"
 #include "tool/replay/replay_host.h"
 #include "toolbar/toolbar.h"
 
@@ -149,7 +150,9 @@ std::string StateJson(const PluginState& state) {
 
 class Runner {
  public:
-  explicit Runner(const ReplayOptions& options) : options_(options), hostState_(session_) {}
+  explicit Runner(const ReplayOptions& options) : options_(options), hostState_(session_) {
+    session_.system.openFile = [this](const std::wstring& path) { return preferenceFiles_.Open(path); };
+  }
 
   ReplayRecord Run(const std::vector<ReplayEvent>& events) {
     for (const HostChange& change : options_.host) hostState_.Apply(change);
@@ -288,6 +291,7 @@ class Runner {
   }
 
   const ReplayOptions& options_;
+  ProfileCache preferenceFiles_;
   SimSession session_;
   ReplayHostState hostState_;
   ReplayRecord record_;
