@@ -193,7 +193,7 @@ class Replay::Runner {
     }
   }
 
-  const ReplayOptions& options_;
+  const ReplayOptions options_;  // a copy: the caller's may be gone
   ReplayOutput& output_;
   ProfileCache preferenceFiles_;
   SimSession session_;
