@@ -96,7 +96,7 @@ int RunCheckCommand(const std::vector<std::string>& arguments) {
     files.push_back(scanner.Positional());
   }
   if (format != "text" && format != "json" && format != "diagnostics")
-    throw UsageError("--format must be text, json or diagnostics, not \"" + format + "\"");
+    throw UsageError("--format must be text, json or diagnostics, not " + QuotedArgument(format));
   const bool defaultFile = files.empty();
   if (defaultFile) files.push_back(WideToUtf8(kPreferenceFileName));
 
