@@ -3,9 +3,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/wide_text.h"
 #include "tool/check/commands.h"
 #include "tool/common/command_line.h"
 #include "tool/common/json_writer.h"
+#include "tool/common/shown_text.h"
 #include "tool/replay/replay_command.h"
 #include "tool/stamps/stamps_command.h"
 
@@ -51,10 +53,13 @@ bool WantsJson(const std::vector<std::string>& arguments) {
   return false;
 }
 
+// Every failure, of any command, ends here: its message reaches the terminal with control
+// characters escaped, whatever text from a file or the command line it quotes.
 int Fail(const std::string& code, const std::string& message, const std::string& helpCommand, bool json) {
   using namespace hublet::tool;
-  if (json) WriteOut("{\"schema\": \"hublet-error/1\", \"error\": " + JsonError(code, message) + "}\n");
-  WriteError("hublet: " + message + (helpCommand.empty() ? "" : " (see " + helpCommand + ")") + "\n");
+  const std::string shown = Escaped(hublet::Utf8ToWide(message));
+  if (json) WriteOut("{\"schema\": \"hublet-error/1\", \"error\": " + JsonError(code, shown) + "}\n");
+  WriteError("hublet: " + shown + (helpCommand.empty() ? "" : " (see " + helpCommand + ")") + "\n");
   return kExitUsage;
 }
 
@@ -80,11 +85,13 @@ int Run(std::vector<std::string> arguments) {
   }
   const Command command = FindCommand(name);
   const bool json = WantsJson(arguments);
-  if (command == nullptr) return Fail("usage", "unknown command \"" + name + "\"", "hublet --help", json);
+  if (command == nullptr) return Fail("usage", "unknown command " + QuotedArgument(name), "hublet --help", json);
   try {
     return command(arguments);
   } catch (const UsageError& error) {
     return Fail("usage", error.what(), "hublet " + name + " --help", json);
+  } catch (const InputError& error) {
+    return Fail("unreadable", error.what(), std::string(), json);
   } catch (const std::exception& error) {
     return Fail("failure", error.what(), std::string(), json);
   }

@@ -34,7 +34,7 @@ LocalDate SimSystem::Today() {
 std::unique_ptr<ProfileReader> SimSystem::OpenProfile(const std::wstring& path) {
   transcript_.Add(Call("OpenProfile", {TextValue(path)}));
   const auto it = files_.find(path);
-  if (it != files_.end()) return hublet::OpenProfile(it->second);
+  if (it != files_.end()) return openFile(it->second);
   return std::unique_ptr<ProfileReader>(new IniDocumentReader(IniDocument::Parse(std::string())));
 }
 

@@ -3,6 +3,7 @@
 // the test or the tool, COM and sockets recorded, and preference files read with the real
 // profile reader of this build from files mapped onto the host's paths. A path that is
 // not mapped holds no file: the machine running the simulation is never read from there.
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -27,6 +28,10 @@ class SimSystem final : public System {
 
   void MapFile(const std::wstring& hostPath, const std::wstring& realPath) { files_[hostPath] = realPath; }
   void RemoveFile(const std::wstring& hostPath) { files_.erase(hostPath); }
+
+  // Opens the real file behind a mapped path: the platform's reader, unless a user of the
+  // simulation brings its own (the replay parses a file once for many passes).
+  std::function<std::unique_ptr<ProfileReader>(const std::wstring& realPath)> openFile = &hublet::OpenProfile;
 
   std::wstring userName = L"anna";
   std::wstring hostName = L"RENDER07";

@@ -11,6 +11,7 @@
 #include "tool/common/command_line.h"
 #include "tool/common/file_access.h"
 #include "tool/common/json_writer.h"
+#include "tool/common/shown_text.h"
 
 namespace hublet {
 namespace tool {
@@ -95,7 +96,7 @@ int RunCheckCommand(const std::vector<std::string>& arguments) {
     files.push_back(scanner.Positional());
   }
   if (format != "text" && format != "json" && format != "diagnostics")
-    throw UsageError("--format must be text, json or diagnostics, not \"" + format + "\"");
+    throw UsageError("--format must be text, json or diagnostics, not " + QuotedArgument(format));
   const bool defaultFile = files.empty();
   if (defaultFile) files.push_back(WideToUtf8(kPreferenceFileName));
 
@@ -104,16 +105,18 @@ int RunCheckCommand(const std::vector<std::string>& arguments) {
   if (jsonArray) WriteOut("[\n");
   for (std::size_t i = 0; i < files.size(); ++i) {
     const FileResult result = CheckOne(files[i]);
+    // The name as people see it: a control character in it never reaches the terminal raw.
+    const std::string shown = Escaped(Utf8ToWide(result.name));
     if (!result.readable) {
-      WriteError("hublet: cannot read " + result.name + ": " + result.error +
+      WriteError("hublet: cannot read " + shown + ": " + result.error +
                  (defaultFile ? " (give the preference file: hublet check FILE)\n" : "\n"));
       if (format == "json") WriteOut(UnreadableJson(result));
       status = kExitUsage;
     } else {
       const CheckReport& report = result.report;
       if (format == "json") WriteOut(FormatCheckJson(report, result.name));
-      else if (format == "diagnostics") WriteOut(FormatDiagnostics(report, result.name));
-      else WriteOut((i > 0 ? "\n" : "") + FormatCheckText(report, result.name));
+      else if (format == "diagnostics") WriteOut(FormatDiagnostics(report, shown));
+      else WriteOut((i > 0 ? "\n" : "") + FormatCheckText(report, shown));
       const bool fails = report.Count(Severity::Error) > 0 || (strict && report.Count(Severity::Warning) > 0);
       if (fails && status == kExitOk) status = kExitProblems;
     }

@@ -40,6 +40,29 @@ std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t i, std::size_t 
   return decoded.find(L'\xFFFD') == std::wstring::npos ? length : 0;
 }
 
+// The lines of UTF-16 text from byte `begin` on, counted as the reader counts lines (CR,
+// LF or CRLF ends one): the reader itself sees none of them in a file it cannot read.
+std::size_t Utf16LineCount(const std::string& bytes, std::size_t begin, bool bigEndian) {
+  const auto unit = [&bytes, bigEndian](std::size_t i) {
+    const unsigned first = static_cast<unsigned char>(bytes[i]);
+    const unsigned second = static_cast<unsigned char>(bytes[i + 1]);
+    return bigEndian ? first << 8 | second : second << 8 | first;
+  };
+  std::size_t lines = 0;
+  bool open = false;  // a line has begun and not ended
+  for (std::size_t i = begin; i + 1 < bytes.size(); i += 2) {
+    const unsigned c = unit(i);
+    if (c != '\r' && c != '\n') {
+      open = true;
+      continue;
+    }
+    if (c == '\r' && i + 3 < bytes.size() && unit(i + 2) == '\n') i += 2;
+    ++lines;
+    open = false;
+  }
+  return lines + (open ? 1 : 0);
+}
+
 class LayoutCheck final : public LineCheck {
  public:
   explicit LayoutCheck(CheckContext& context) : context_(context) {}
@@ -111,6 +134,7 @@ bool CheckEncoding(CheckContext& context) {
   switch (context.report.encoding) {
     case IniEncoding::Ansi:
       if (bytes.size() >= 2 && bytes[0] == '\0' && bytes[1] != '\0') {
+        context.report.lineCount = Utf16LineCount(bytes, 0, true);
         context.Add(0, Severity::Error, "encoding",
                     "the file looks like UTF-16BE without a byte-order mark, which the Windows profile reader "
                     "does not understand: nothing in it is read; save it as UTF-16LE with a byte-order mark or as ANSI");
@@ -133,12 +157,14 @@ bool CheckEncoding(CheckContext& context) {
                   "with a byte-order mark");
       return true;
     case IniEncoding::Utf16LeNoBom:
+      context.report.lineCount = Utf16LineCount(bytes, 0, false);
       context.Add(0, Severity::Error, "encoding",
                   "the file looks like UTF-16LE without a byte-order mark: the reader takes it as code "
                   "page 1252, where the NUL bytes cut every name short, so nothing in it is read; save it "
                   "with a byte-order mark (FF FE)");
       return false;
     case IniEncoding::Utf16BeUnsupported:
+      context.report.lineCount = Utf16LineCount(bytes, 2, true);
       context.Add(0, Severity::Error, "encoding",
                   "the file is UTF-16BE, which the Windows profile reader does not understand: nothing in "
                   "it is read; save it as UTF-16LE with a byte-order mark or as ANSI");

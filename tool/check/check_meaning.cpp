@@ -29,14 +29,32 @@ bool IsSwitch(const PreferenceKey& key) {
   return key.test == SwitchTest::ExactlyOne || key.test == SwitchTest::NonZero;
 }
 
+bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
+bool IsHexDigit(wchar_t c) { return IsDigit(c) || (c >= L'a' && c <= L'f') || (c >= L'A' && c <= L'F'); }
 bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t'; }
 
-// A unit after a blank ("25 fps") reads as intended; anything glued to the number or
-// holding digits ("29.97", "1e3", "0X74", "2 5") does not.
-bool RestChangesMeaning(const std::wstring& rest) {
+// Whether the text after the number the reader takes goes on with more of it: a decimal
+// point or comma, an exponent or an upper-case base prefix, each followed by digits, or
+// digits after a blank ("29.97", "2,2", "1e3", "0X74", "2 5"). The plug-in then reads
+// another number than the one written. A unit, a word or a comment after the number
+// ("25fps", "25 fps", "2.2 ; linear") reads as meant.
+bool ContinuesTheNumber(const std::wstring& rest) {
+  std::size_t i = 0;
+  bool hex = false;
   if (rest.empty()) return false;
-  if (!IsBlank(rest[0])) return true;
-  return std::any_of(rest.begin(), rest.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
+  const wchar_t first = rest[0];
+  if (first == L'.' || first == L',' || first == L'O' || first == L'B') {
+    i = 1;
+  } else if (first == L'X') {
+    i = 1;
+    hex = true;
+  } else if (first == L'e' || first == L'E') {
+    i = rest.size() > 1 && (rest[1] == L'+' || rest[1] == L'-') ? 2 : 1;
+  } else {
+    while (i < rest.size() && IsBlank(rest[i])) ++i;
+    if (i == 0) return false;
+  }
+  return i < rest.size() && (hex ? IsHexDigit(rest[i]) : IsDigit(rest[i]));
 }
 
 class MeaningChecker {
@@ -99,15 +117,16 @@ class MeaningChecker {
       return true;
     }
     const std::wstring rest = text.substr(r.end);
-    if (RestChangesMeaning(rest)) {
+    if (ContinuesTheNumber(rest)) {
       std::string why = "the reader stops at " + Quoted(rest.substr(0, 1));
       if (rest[0] == L'X' || rest[0] == L'B' || rest[0] == L'O') why += " (only a lower-case 0x, 0o or 0b is a prefix)";
-      Add(value, Severity::Warning, "number-trailing-text",
-          written + ": " + why + ", so the plug-in reads " + std::to_string(value.intValue));
+      Add(value, Severity::Error, "number-trailing-text",
+          written + ": " + why + ", so the plug-in reads " + std::to_string(value.intValue) +
+              ", not the number written");
       return true;
     }
     if (r.wraps) {
-      Add(value, IsSwitch(key) ? Severity::Error : Severity::Warning, "integer-wraps",
+      Add(value, Severity::Error, "integer-wraps",
           written + " does not fit a 32-bit number: it wraps, and the plug-in stores " + std::to_string(value.intValue));
       return true;
     }
@@ -128,14 +147,17 @@ class MeaningChecker {
       return;
     }
     std::string message = value.name + " = " + Quoted(text);
+    const bool otherNumber = end != text.c_str() && ContinuesTheNumber(end);
     if (end == text.c_str())
       message += " is not a number";
+    else if (otherNumber)
+      message += ": the reading stops at " + Quoted(std::wstring(end, 1)) + ", before the rest of the number";
     else if (!whole)
       message += " is not only a number: the reading stops before the end";
     else
       message += " is not a finite number";
     message += "; the plug-in applies " + FormatFloat(value.floatValue);
-    Add(value, Severity::Warning, "gamma-not-a-number", message);
+    Add(value, otherNumber ? Severity::Error : Severity::Warning, "gamma-not-a-number", message);
   }
 
   void CheckViewCount(const SettingValue& value) {

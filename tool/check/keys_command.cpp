@@ -1,6 +1,7 @@
 #include "tool/check/commands.h"
 #include "tool/check/keys_reference.h"
 #include "tool/common/command_line.h"
+#include "tool/common/shown_text.h"
 
 namespace hublet {
 namespace tool {
@@ -34,7 +35,7 @@ int RunKeysCommand(const std::vector<std::string>& arguments) {
   else if (format == "text")
     WriteOut(KeysText());
   else
-    throw UsageError("--format must be markdown or text, not \"" + format + "\"");
+    throw UsageError("--format must be markdown or text, not " + QuotedArgument(format));
   return kExitOk;
 }
 

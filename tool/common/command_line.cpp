@@ -15,6 +15,7 @@
 #endif
 
 #include "platform/wide_text.h"
+#include "tool/common/shown_text.h"
 
 namespace hublet {
 namespace tool {
@@ -38,7 +39,8 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv) {
 
 void PrepareStandardStreams() {
 #ifndef _WIN32
-  // A closed pipe is then an error of the write, reported like any other, not a signal.
+  // A closed pipe is then an error of the write, which tells it from the others (a full
+  // disk): those are reported, a closed pipe ends the program as SIGPIPE would have.
   std::signal(SIGPIPE, SIG_IGN);
 #endif
 #ifdef _WIN32
@@ -57,7 +59,17 @@ std::string& OutputError() {
   return error;
 }
 
+// The reader has gone: nothing more is worth computing or saying.
+[[noreturn]] void EndQuietly() {
+#ifndef _WIN32
+  std::signal(SIGPIPE, SIG_DFL);
+  std::raise(SIGPIPE);
+#endif
+  std::_Exit(kExitUsage);
+}
+
 void NoteOutputError() {
+  if (errno == EPIPE) EndQuietly();
   if (OutputError().empty()) OutputError() = errno != 0 ? std::strerror(errno) : "write error";
 }
 
@@ -114,22 +126,25 @@ std::string ArgumentScanner::Positional() {
     if (Done()) throw UsageError("nothing follows \"--\"");
   }
   const std::string& argument = arguments_[next_];
-  if (!OptionsEnded() && argument.size() > 1 && argument[0] == '-') throw UsageError("unknown option " + argument);
+  if (!OptionsEnded() && argument.size() > 1 && argument[0] == '-')
+    throw UsageError("unknown option " + Shown(Utf8ToWide(argument)));
   ++next_;
   return argument;
 }
 
-int ParseInt32(const std::string& text, const std::string& what) {
+int ParseIntInRange(const std::string& text, const std::string& what, int low, int high) {
   const char* begin = text.c_str();
   char* end = nullptr;
   errno = 0;
   const long long value = std::strtoll(begin, &end, 10);
-  if (text.empty() || end != begin + text.size() || text[0] == ' ' || errno == ERANGE || value < INT_MIN ||
-      value > INT_MAX)
-    throw UsageError(what + " must be a whole number from " + std::to_string(INT_MIN) + " to " +
-                     std::to_string(INT_MAX) + ", not \"" + text + "\"");
+  if (text.empty() || end != begin + text.size() || text[0] == ' ' || errno == ERANGE || value < low ||
+      value > high)
+    throw UsageError(what + " must be a whole number from " + std::to_string(low) + " to " + std::to_string(high) +
+                     ", not " + QuotedArgument(text));
   return static_cast<int>(value);
 }
+
+int ParseInt32(const std::string& text, const std::string& what) { return ParseIntInRange(text, what, INT_MIN, INT_MAX); }
 
 }  // namespace tool
 }  // namespace hublet

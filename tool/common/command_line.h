@@ -19,6 +19,13 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// An input file that cannot be read: the message says which and why, and the JSON error
+// code is "unreadable", as for a file that `check` cannot read.
+class InputError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 // The program's arguments after its name, as UTF-8 (on Windows taken from the UTF-16
 // command line, so non-ASCII names survive).
 std::vector<std::string> Utf8Arguments(int argc, char** argv);
@@ -26,6 +33,8 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv);
 // Binary standard streams (no "\r\n" translation on Windows, so output is the same
 // everywhere) and UTF-8 for the Windows console.
 void PrepareStandardStreams();
+// A reader that has gone away (a pipe closed early, as by `head`) ends the program at once
+// and quietly, as it ends other command-line programs: by SIGPIPE where there is one.
 void WriteOut(const std::string& text);
 // Flushes standard output; false with the reason when anything written to it was lost.
 bool FinishOutput(std::string& error);
@@ -56,6 +65,8 @@ class ArgumentScanner {
 
 // A decimal 32-bit signed integer ("-1", "+7", "25"); throws UsageError naming what.
 int ParseInt32(const std::string& text, const std::string& what);
+// The same, from low to high; the message gives that range.
+int ParseIntInRange(const std::string& text, const std::string& what, int low, int high);
 
 }  // namespace tool
 }  // namespace hublet

@@ -1,6 +1,8 @@
 #pragma once
 // The files the tool reads itself (the checker's bytes) and the paths it hands to the
 // plug-in's profile reader.
+#include <cstdio>
+#include <functional>
 #include <string>
 
 namespace hublet {
@@ -8,6 +10,28 @@ namespace tool {
 
 // The content of a regular file; false with a reason in error when it cannot be read.
 bool ReadFileBytes(const std::string& path, std::string& bytes, std::string& error);
+
+// Whether path is a regular file that opens for reading, without reading it; false with
+// a reason in error when not.
+bool CanReadFile(const std::string& path, std::string& error);
+
+// A temporary file for output that must wait for other output to be written first, so
+// that it does not wait in memory. It is gone when closed. Throws std::runtime_error
+// when it cannot be made, written or read back.
+class ScratchFile {
+ public:
+  ScratchFile();
+  ~ScratchFile();
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+
+  void Append(const std::string& text);
+  // Everything appended, in pieces, in order.
+  void ReadBack(const std::function<void(const std::string&)>& take);
+
+ private:
+  std::FILE* file_;
+};
 
 // Everything on standard input, as bytes.
 std::string ReadStandardInput();

@@ -1,5 +1,6 @@
 #include "tool/common/json_writer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -10,8 +11,12 @@ namespace hublet {
 namespace tool {
 
 std::string JsonString(const std::string& text) {
-  const std::string utf8 = WideToUtf8(Utf8ToWide(text));
+  // ASCII is UTF-8 already; only other text goes through the conversion that replaces
+  // what is not UTF-8, which a long transcript would otherwise pay for every string.
+  const bool ascii = std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  const std::string utf8 = ascii ? text : WideToUtf8(Utf8ToWide(text));
   std::string json = "\"";
+  json.reserve(utf8.size() + 2);
   for (const char c : utf8) {
     const unsigned char byte = static_cast<unsigned char>(c);
     switch (c) {

@@ -33,5 +33,8 @@ std::string Shown(const std::wstring& text) {
 
 std::string Quoted(const std::wstring& text) { return "\"" + Shown(text) + "\""; }
 
+// Only as much is decoded as can be shown: a UTF-8 character takes at most four bytes.
+std::string QuotedArgument(const std::string& utf8) { return Quoted(Utf8ToWide(utf8.substr(0, 4 * (kShownLength + 1)))); }
+
 }  // namespace tool
 }  // namespace hublet

@@ -1,5 +1,6 @@
 #pragma once
-// Text from a preference file as the tool shows it to people.
+// Text from a file or the command line as the tool shows it to people: nothing of it
+// reaches a terminal raw, and no message grows with it.
 #include <string>
 
 namespace hublet {
@@ -13,6 +14,8 @@ std::string Escaped(const std::wstring& text);
 std::string Shown(const std::wstring& text);
 // The same in double quotes.
 std::string Quoted(const std::wstring& text);
+// Quoted, for UTF-8 text: an argument, a line of a session file.
+std::string QuotedArgument(const std::string& utf8);
 
 }  // namespace tool
 }  // namespace hublet

@@ -3,192 +3,90 @@
 #include "frame/interface_table.h"
 #include "harness/sim_session.h"
 #include "host/sim/sim_arguments.h"
-#include "settings/preference_keys.h"
-#include "tool/common/command_line.h"
+#include "platform/wide_text.h"
 #include "tool/common/host_codes.h"
 #include "tool/common/json_writer.h"
-#include "tool/common/read_times.h"
+#include "tool/replay/profile_cache.h"
+#include "tool/replay/redraw_loop.h"
 #include "tool/replay/replay_host.h"
+#include "tool/replay/state_event.h"
 #include "toolbar/toolbar.h"
 
 namespace hublet {
 namespace tool {
 namespace {
 
-struct NamedNotification {
-  const char* name;
-  int code;
-};
-
-// Single notifications, and the pairs that a scene operation raises.
-const NamedNotification kNotifications[] = {
-    {"pre-reset", host::kNotifySystemPreReset},   {"post-reset", host::kNotifySystemPostReset},
-    {"pre-new", host::kNotifySystemPreNew},       {"post-new", host::kNotifySystemPostNew},
-    {"pre-open", host::kNotifyFilePreOpen},       {"post-open", host::kNotifyFilePostOpen},
-    {"pre-merge", host::kNotifyFilePreMerge},     {"post-merge", host::kNotifyFilePostMerge},
-    {"pre-save", host::kNotifyFilePreSave},       {"post-save", host::kNotifyFilePostSave},
-    {"pre-render", host::kNotifyPreRender},       {"post-render", host::kNotifyPostRender},
-    {"pre-import", host::kNotifyPreImport},       {"post-import", host::kNotifyPostImport},
-    {"pre-export", host::kNotifyPreExport},       {"post-export", host::kNotifyPostExport},
-    {"startup", host::kNotifySystemStartup},
-};
-const char* const kPairs[] = {"reset", "new", "open", "merge", "save", "render", "import", "export"};
-
-ReplayEvent OfKind(ReplayEvent::Kind kind, const std::string& word) {
-  ReplayEvent event;
-  event.kind = kind;
-  event.word = word;
-  return event;
-}
-
-ReplayEvent Notification(const std::string& name, int code) {
-  ReplayEvent event = OfKind(ReplayEvent::Kind::Notification, name);
-  event.name = name;
-  event.code = code;
-  return event;
-}
-
-std::vector<std::string> Split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  std::size_t begin = 0;
-  for (;;) {
-    const std::size_t at = text.find(separator, begin);
-    parts.push_back(text.substr(begin, at - begin));
-    if (at == std::string::npos) return parts;
-    begin = at + 1;
-  }
-}
-
 std::string Int(int value) { return std::to_string(value); }
-
-int EventNumber(const std::string& text, const std::string& event, const char* what) {
-  return ParseInt32(text, std::string(what) + " in \"" + event + "\"");
-}
-
-ReplayEvent ParseRedraw(const std::string& text, const std::vector<std::string>& parts) {
-  ReplayEvent event = OfKind(ReplayEvent::Kind::Redraw, text);
-  if (parts.size() >= 2) {
-    event.setsType = true;
-    event.viewType = EventNumber(parts[1], text, "the view type");
-  }
-  if (parts.size() == 3) {
-    event.viewport = EventNumber(parts[2], text, "the viewport");
-    if (event.viewport < 0 || event.viewport >= SimHost::kViewportCount)
-      throw UsageError("the viewport in \"" + text + "\" must be 0 to " + Int(SimHost::kViewportCount - 1));
-  }
-  return event;
-}
-
-// A host change written as an event: NAME or NAME:VALUE.
-bool ParseHostEvent(const std::string& text, ReplayEvent& event) {
-  const std::size_t colon = text.find(':');
-  const std::string name = text.substr(0, colon);
-  const std::string value = colon == std::string::npos ? std::string() : text.substr(colon + 1);
-  HostChange change;
-  try {
-    if (!ParseHostChange(name, colon == std::string::npos ? nullptr : &value, change)) return false;
-  } catch (const UsageError& error) {
-    throw UsageError("\"" + text + "\": " + error.what());
-  }
-  event = OfKind(ReplayEvent::Kind::Host, text);
-  event.change = change;
-  return true;
-}
 
 std::string FunctionNote(int id) {
   const InterfaceFunction* function = FindInterfaceFunction(id);
   return function == nullptr ? "no such function" : function->fieldName;
 }
 
-// --- The plug-in's state, as the state event shows it ---
+}  // namespace
 
-// One settings field's value, for the transcript or as JSON.
-std::string FieldValue(const HubletSettings& s, const PreferenceKey& key, bool json) {
-  if (key.intField != nullptr) return Int(s.*key.intField);
-  if (key.floatField != nullptr) return json ? JsonFloat(s.*key.floatField) : FormatFloat(s.*key.floatField);
-  std::string list = "[";
-  for (int i = 0; i < kStoredViewCount; ++i) list += (i == 0 ? "" : json ? ", " : " ") + Int((s.*key.viewField)[i]);
-  return list + "]";
-}
-
-std::string StateText(const PluginState& state) {
-  const bool saved = state.saveDay != 0;
-  std::string text = "sceneTime " + Int(state.sceneTime) + ", sceneBusy " + Int(state.sceneBusy) +
-                     ", last save " +
-                     (saved ? FormatDate(LocalDate{state.saveDay, state.saveMonth, state.saveYear}) : "none");
-  const HubletSettings& s = state.settings;
-  for (const ReadWhen when : {ReadWhen::AtStart, ReadWhen::LayoutStage, ReadWhen::GammaStage, ReadWhen::FrameRateStage}) {
-    text += std::string("\n") + ReadWhenId(when) + ":";
-    const char* separator = " ";
-    for (std::size_t k = 0; k < kPreferenceKeyCount; ++k) {
-      const PreferenceKey& key = kPreferenceKeys[k];
-      if (key.when != when) continue;
-      text += separator + std::string(key.field) + " " + FieldValue(s, key, false);
-      separator = ", ";
-    }
-  }
-  return text;
-}
-
-std::string StateJson(const PluginState& state) {
-  const bool saved = state.saveDay != 0;
-  std::string json = "{\"sceneTime\": " + Int(state.sceneTime) + ", \"sceneBusy\": " + Int(state.sceneBusy) +
-                     ", \"lastSave\": " +
-                     (saved ? JsonString(FormatDate(LocalDate{state.saveDay, state.saveMonth, state.saveYear}))
-                            : "null") +
-                     ", \"settings\": {";
-  const HubletSettings& s = state.settings;
-  for (std::size_t k = 0; k < kPreferenceKeyCount; ++k) {
-    const PreferenceKey& key = kPreferenceKeys[k];
-    json += (k > 0 ? ", " : "") + JsonString(key.field) + ": " + FieldValue(s, key, true);
-  }
-  return json + "}}";
-}
-
-// --- Running ---
-
-class Runner {
+// One group is kept until the next begins, so that what the replay learns after its
+// calls (why following redraws stopped) joins it; then it goes to the output.
+class Replay::Runner {
  public:
-  explicit Runner(const ReplayOptions& options) : options_(options), hostState_(session_) {}
+  Runner(const ReplayOptions& options, ReplayOutput& output)
+      : options_(options), output_(output), hostState_(session_) {
+    session_.system.openFile = [this](const std::wstring& path) { return preferenceFiles_.Open(path); };
+  }
 
-  ReplayRecord Run(const std::vector<ReplayEvent>& events) {
+  void Start() {
     for (const HostChange& change : options_.host) hostState_.Apply(change);
-    record_.host = hostState_.Describe();
+    output_.Host(hostState_.Describe());
     Begin("load", std::string());
     session_.Load();
     Finish();
     Begin("start", std::string());
     session_.Start();
     Finish();
-    for (const ReplayEvent& event : events) {
-      const int requests = session_.host.redrawRequests;
-      RunEvent(event);
-      FollowRedraws(requests);
-    }
+  }
+
+  void Run(const ReplayEvent& event) {
+    const int requests = session_.host.redrawRequests;
+    RunEvent(event);
+    FollowRedraws(requests);
+  }
+
+  void End() {
     Begin("unload", std::string());
     session_.Unload();
     Finish();
-    return std::move(record_);
+    Send();
+    output_.End();
   }
 
  private:
   void Begin(const std::string& header, const std::string& note) {
-    ReplayGroup group;
-    group.event = header;
-    group.note = note;
-    record_.groups.push_back(group);
+    Send();
+    group_ = ReplayGroup();
+    group_.step = nextStep_++;
+    group_.event = header;
+    group_.note = note;
+    pending_ = true;
     busyBefore_ = session_.hublet ? session_.hublet->state.sceneBusy : 0;
   }
 
-  // The calls since Begin, and sceneBusy when the group changed it.
+  // The calls since Begin, and sceneBusy when the group changed it. What the host keeps
+  // of the plug-in's doings that the plug-in never asks back (the scripts it ran) is let
+  // go, so that memory does not grow with the session.
   void Finish() {
-    ReplayGroup& group = record_.groups.back();
-    group.calls = session_.transcript.calls();
+    group_.calls = session_.transcript.calls();
     session_.transcript.Clear();
+    session_.host.scriptsRun.clear();
+    session_.host.scriptFilesLoaded.clear();
     if (session_.hublet && session_.hublet->state.sceneBusy != busyBefore_) {
-      group.busyChanged = true;
-      group.busy = session_.hublet->state.sceneBusy;
+      group_.busyChanged = true;
+      group_.busy = session_.hublet->state.sceneBusy;
     }
+  }
+
+  void Send() {
+    if (pending_) output_.Group(group_);
+    pending_ = false;
   }
 
   void Fact(std::string text, const char* member, std::string json) {
@@ -196,7 +94,7 @@ class Runner {
     fact.text = std::move(text);
     fact.jsonMember = member;
     fact.json = std::move(json);
-    record_.groups.back().facts.push_back(fact);
+    group_.facts.push_back(fact);
   }
 
   void RunEvent(const ReplayEvent& event) {
@@ -267,16 +165,24 @@ class Runner {
     }
   }
 
+  void Stopped(const std::string& why) { Fact("[stopped following: " + why + "]", "stopped", JsonString("stopped following: " + why)); }
+
   // A complete redraw, every viewport in turn, for each redraw the plug-in asked for since
-  // `requests`, up to the bound: a plug-in that asks again at every redraw would never stop.
+  // `requests`: until it asks no more, asks again with the viewports as they were before an
+  // earlier one of these redraws (it would ask forever), or has had the most in a row.
   void FollowRedraws(int requests) {
     SimHost& host = session_.host;
+    RedrawLoopFinder loop;
     int followed = 0;
     while (options_.followRedraws > 0 && host.redrawRequests > requests) {
+      int earlier = 0;
+      if (loop.Repeats(ViewportsOf(host), followed + 1, earlier)) {
+        Stopped("the plug-in asked for another redraw with the viewports as they were before requested redraw " +
+                Int(earlier) + ", so it would ask forever");
+        return;
+      }
       if (followed == options_.followRedraws) {
-        const std::string why = "stopped following: the plug-in asked for another redraw after " + Int(followed) +
-                                " in a row";
-        Fact("[" + why + "]", "stopped", JsonString(why));
+        Stopped("the plug-in asked for another redraw after " + Int(followed) + " in a row");
         return;
       }
       requests = host.redrawRequests;
@@ -287,55 +193,22 @@ class Runner {
     }
   }
 
-  const ReplayOptions& options_;
+  const ReplayOptions options_;  // a copy: the caller's may be gone
+  ReplayOutput& output_;
+  ProfileCache preferenceFiles_;
   SimSession session_;
   ReplayHostState hostState_;
-  ReplayRecord record_;
+  ReplayGroup group_;
+  bool pending_ = false;
+  std::size_t nextStep_ = 0;
   int busyBefore_ = 0;
 };
 
-}  // namespace
-
-std::vector<ReplayEvent> ParseReplayEvent(const std::string& text) {
-  const std::string name = text == "start-up" ? "startup" : text;
-  for (const NamedNotification& n : kNotifications)
-    if (name == n.name) return {Notification(n.name, n.code)};
-  for (const char* pair : kPairs) {
-    if (name != pair) continue;
-    std::vector<ReplayEvent> events;
-    for (const char* phase : {"pre-", "post-"}) {
-      const std::vector<ReplayEvent> one = ParseReplayEvent(phase + name);
-      events.insert(events.end(), one.begin(), one.end());
-    }
-    return events;
-  }
-  const std::vector<std::string> parts = Split(text, ':');
-  if (parts[0] == "notify" && parts.size() == 2) return {Notification("notify", EventNumber(parts[1], text, "the notification code"))};
-  if (parts[0] == "redraw" && parts.size() <= 3) return {ParseRedraw(text, parts)};
-  if (text == "redraw-no-view") {
-    ReplayEvent event = OfKind(ReplayEvent::Kind::Redraw, text);
-    event.noView = true;
-    return {event};
-  }
-  if (parts[0] == "call" && (parts.size() == 2 || parts.size() == 3)) {
-    ReplayEvent event = OfKind(ReplayEvent::Kind::Call, text);
-    event.functionId = EventNumber(parts[1], text, "the function ID");
-    event.hasArgument = parts.size() == 3;
-    if (event.hasArgument) event.argument = EventNumber(parts[2], text, "the argument");
-    return {event};
-  }
-  if (text == "toolbar") return {OfKind(ReplayEvent::Kind::Toolbar, text)};
-  if (text == "state") return {OfKind(ReplayEvent::Kind::State, text)};
-  ReplayEvent event;
-  if (ParseHostEvent(text, event)) return {event};
-  throw UsageError("unknown event \"" + text + "\"");
-}
-
-std::vector<std::string> DefaultReplayEvents() { return {"startup", "new", "open", "redraw:6", "save", "save"}; }
-
-ReplayRecord RunReplay(const ReplayOptions& options, const std::vector<ReplayEvent>& events) {
-  return Runner(options).Run(events);
-}
+Replay::Replay(const ReplayOptions& options, ReplayOutput& output) : runner_(new Runner(options, output)) {}
+Replay::~Replay() = default;
+void Replay::Start() { runner_->Start(); }
+void Replay::Run(const ReplayEvent& event) { runner_->Run(event); }
+void Replay::End() { runner_->End(); }
 
 }  // namespace tool
 }  // namespace hublet

@@ -3,6 +3,8 @@
 // up, the plug-in loaded and started, events run, the plug-in unloaded. What it records
 // is every host call the plug-in made, grouped under the event that caused it, with what
 // the replay itself saw of the plug-in's state.
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -39,6 +41,9 @@ struct HostChangeName {
   bool present;  // what a flag sets
 };
 const std::vector<HostChangeName>& HostChangeNames();
+
+// A name, a text or a path of the host: longer is a mistake, and would only cost memory.
+constexpr std::size_t kMaxValueBytes = 4096;
 
 // Parses the option --NAME VALUE (or the event NAME:VALUE); value is null for a flag.
 // False when NAME is no host change; throws UsageError for a malformed value. A
@@ -82,10 +87,11 @@ struct ReplayFact {
 };
 
 struct ReplayGroup {
-  std::string event;  // the header: "post-new (notification 8)", "call 12 5", ...
-  std::string note;   // names for the header's codes, or empty
+  std::size_t step = 0;  // the group's place in the session, from 0 (load)
+  std::string event;     // the header: "post-new (notification 8)", "call 12 5", ...
+  std::string note;      // names for the header's codes, or empty
   bool busyChanged = false;
-  int busy = 0;       // sceneBusy after the event, when it changed
+  int busy = 0;          // sceneBusy after the event, when it changed
   std::vector<HostCall> calls;
   std::vector<ReplayFact> facts;
 };
@@ -107,20 +113,41 @@ struct ReplayHost {
   std::string preferenceFile;  // as given; empty for none
 };
 
-struct ReplayRecord {
-  ReplayHost host;
-  std::vector<ReplayGroup> groups;
+// Where a replay goes as it runs: the host once, then each group as soon as it is
+// complete, so that no transcript waits in memory whatever the session's length.
+class ReplayOutput {
+ public:
+  virtual ~ReplayOutput() = default;
+  virtual void Host(const ReplayHost& host) = 0;
+  virtual void Group(const ReplayGroup& group) = 0;
+  virtual void End() = 0;
 };
 
-// Loads and starts the plug-in, runs the events, unloads it.
-ReplayRecord RunReplay(const ReplayOptions& options, const std::vector<ReplayEvent>& events);
+using ReplayWriter = std::function<void(const std::string&)>;
 
 // The transcript for people: "# host" lines, then each group as "== EVENT" and its calls
 // indented, each annotated with the names of its codes unless bare.
-std::string FormatReplayText(const ReplayRecord& record, bool bare);
+std::unique_ptr<ReplayOutput> TextTranscript(bool bare, ReplayWriter write);
 
-// The "hublet-replay/1" JSON document (see docs/hublet.md), ended by a newline.
-std::string FormatReplayJson(const ReplayRecord& record);
+// The "hublet-replay/1" JSON document (see docs/hublet.md), ended by a newline. Its calls
+// follow all of its events, so they wait in a temporary file until the events are written.
+std::unique_ptr<ReplayOutput> JsonTranscript(ReplayWriter write);
+
+// The plug-in in the simulated host over a session given event by event: Start loads and
+// starts it, Run runs one event (and the redraws it asks for, when they are followed), End
+// unloads it. Each group goes to the output as it completes.
+class Replay {
+ public:
+  Replay(const ReplayOptions& options, ReplayOutput& output);
+  ~Replay();
+  void Start();
+  void Run(const ReplayEvent& event);
+  void End();
+
+ private:
+  class Runner;
+  std::unique_ptr<Runner> runner_;
+};
 
 }  // namespace tool
 }  // namespace hublet

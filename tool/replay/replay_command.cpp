@@ -1,7 +1,12 @@
+#include <climits>
+#include <memory>
+#include <utility>
+
 #include "platform/wide_text.h"
 #include "settings/settings.h"
 #include "tool/common/command_line.h"
 #include "tool/common/file_access.h"
+#include "tool/common/shown_text.h"
 #include "tool/replay/replay.h"
 #include "tool/replay/replay_command.h"
 #include "tool/replay/session_file.h"
@@ -21,7 +26,9 @@ const char kHelp[] =
     "  --session FILE           read options and events from FILE, one a line, at this\n"
     "                           point of the command line (# starts a comment line)\n"
     "  --follow-redraws N       perform the complete redraws the plug-in asks for, at most\n"
-    "                           N in a row (default 0: recorded, not performed)\n"
+    "                           N in a row (default 0: recorded, not performed), until\n"
+    "                           it asks again with the viewports as an earlier one found\n"
+    "                           them (it would ask forever)\n"
     "  --format text|json       the transcript (default) or the hublet-replay/1 document\n"
     "  --bare                   no annotations: the transcript for diffing\n"
     "\n"
@@ -70,16 +77,26 @@ const char kHelp[] =
     "\n"
     "Without events: startup new open redraw:6 save save.\n"
     "\n"
+    "Session files may be UTF-8 (with or without a byte-order mark) or UTF-16 with one,\n"
+    "with LF, CRLF or CR line ends; a line holds at most 4096 bytes.\n"
+    "\n"
     "Exit status: 0, or 2 for bad usage, a session or preference file that cannot be read,\n"
     "or an error in a session file (reported as FILE:LINE).\n";
 
+// A session file, read once: the second reading of the arguments takes its text from here.
+struct SessionFile {
+  std::string folder;  // where the file names in it start
+  std::string shown;   // its name in messages
+  std::string text;
+};
+
 struct ReplayInput {
   ReplayOptions options;
-  std::vector<ReplayEvent> events;
   bool eventsGiven = false;
   bool iniGiven = false;
   bool bare = false;
   bool json = false;
+  std::vector<SessionFile> sessions;
 };
 
 // A preference file named in a session file is found beside it.
@@ -88,34 +105,80 @@ std::string Beside(const std::string& folder, const std::string& path) {
   return absolute ? path : folder + path;
 }
 
-void ResolvePreferenceFile(HostChange& change, const std::string& folder) {
+// The file as the profile reader takes it; checked that it can be read when asked, which
+// opens it without reading it.
+void ResolvePreferenceFile(HostChange& change, const std::string& folder, bool check) {
   if (!change.present) return;
   change.given = Beside(folder, change.given);
-  std::string bytes;
   std::string error;
-  if (!ReadFileBytes(change.given, bytes, error)) throw UsageError("cannot read " + change.given + ": " + error);
+  if (check && !CanReadFile(change.given, error))
+    throw InputError("cannot read " + Escaped(Utf8ToWide(change.given)) + ": " + error);
   change.path = ProfilePath(change.given);
 }
 
-void AddEvents(const std::string& word, const std::string& folder, ReplayInput& input) {
-  std::vector<ReplayEvent> events = ParseReplayEvent(word);
-  for (ReplayEvent& event : events) {
-    if (event.kind == ReplayEvent::Kind::Host && event.change.what == HostChange::What::PreferenceFile)
-      ResolvePreferenceFile(event.change, folder);
-    input.events.push_back(event);
-  }
-  input.eventsGiven = true;
+// A mistake on a line of a session file, told with the file and line.
+template <class Error>
+Error AtLine(const SessionFile& session, int line, const Error& error) {
+  return Error(session.shown + ":" + std::to_string(line) + ": " + error.what());
 }
 
-void ReadSession(const std::string& file, ReplayInput& input);
+// Reads the arguments, with each session file's lines where the file is named. The replay
+// reads them twice, so that no session waits in memory as events: the first reading takes
+// the options, reads the session files and checks every event, so that a mistake stops the
+// replay before it starts; the second hands each event to the replay as it comes.
+class ArgumentReading {
+ public:
+  // replay: null for the first reading.
+  ArgumentReading(ReplayInput& input, Replay* replay) : input_(input), replay_(replay) {}
 
-// Takes one option or event; folder is where relative file names start.
-void TakeArgument(ArgumentScanner& scanner, ReplayInput& input, const std::string& folder, bool inSession) {
-  std::string value;
-  for (const HostChangeName& name : HostChangeNames()) {
-    const std::string option = std::string("--") + name.name;
-    const bool taken = name.takesValue ? scanner.Option(option.c_str(), value) : scanner.Flag(option.c_str());
-    if (!taken) continue;
+  // False, having read nothing more, when the arguments ask for help.
+  bool Read(const std::vector<std::string>& arguments) {
+    ArgumentScanner scanner(arguments);
+    while (!scanner.Done()) {
+      if (scanner.HelpRequested()) return false;
+      Take(scanner, std::string(), false);
+    }
+    return true;
+  }
+
+  void Event(const std::string& word, const std::string& folder) {
+    for (ReplayEvent& event : ParseReplayEvent(word)) {
+      if (event.kind == ReplayEvent::Kind::Host && event.change.what == HostChange::What::PreferenceFile)
+        ResolvePreferenceFile(event.change, folder, replay_ == nullptr);
+      if (replay_ != nullptr) replay_->Run(event);
+    }
+    input_.eventsGiven = true;
+  }
+
+ private:
+  // Takes one option or event; folder is where relative file names start.
+  void Take(ArgumentScanner& scanner, const std::string& folder, bool inSession) {
+    std::string value;
+    for (const HostChangeName& name : HostChangeNames()) {
+      const std::string option = std::string("--") + name.name;
+      const bool taken = name.takesValue ? scanner.Option(option.c_str(), value) : scanner.Flag(option.c_str());
+      if (taken) {
+        if (replay_ == nullptr) HostOption(option, name, value, folder);
+        return;
+      }
+    }
+    if (scanner.Option("--session", value)) {
+      if (inSession) throw UsageError("a session file cannot read another");
+      Session(value);
+    } else if (scanner.Option("--follow-redraws", value)) {
+      input_.options.followRedraws = ParseIntInRange(value, "--follow-redraws", 0, INT_MAX);
+    } else if (scanner.Option("--format", value)) {
+      if (value != "text" && value != "json") throw UsageError("--format must be text or json");
+      input_.json = value == "json";
+    } else if (scanner.Flag("--bare")) {
+      input_.bare = true;
+    } else {
+      Event(scanner.Positional(), folder);
+    }
+  }
+
+  void HostOption(const std::string& option, const HostChangeName& name, const std::string& value,
+                  const std::string& folder) {
     HostChange change;
     try {
       ParseHostChange(name.name, name.takesValue ? &value : nullptr, change);
@@ -123,61 +186,55 @@ void TakeArgument(ArgumentScanner& scanner, ReplayInput& input, const std::strin
       throw UsageError(option + ": " + error.what());
     }
     if (change.what == HostChange::What::PreferenceFile) {
-      ResolvePreferenceFile(change, folder);
-      input.iniGiven = true;
+      ResolvePreferenceFile(change, folder, true);
+      input_.iniGiven = true;
     }
-    input.options.host.push_back(change);
-    return;
+    input_.options.host.push_back(change);
   }
-  if (scanner.Option("--session", value)) {
-    if (inSession) throw UsageError("a session file cannot read another");
-    ReadSession(value, input);
-  } else if (scanner.Option("--follow-redraws", value)) {
-    input.options.followRedraws = ParseInt32(value, "--follow-redraws");
-    if (input.options.followRedraws < 0) throw UsageError("--follow-redraws takes 0 or more");
-  } else if (scanner.Option("--format", value)) {
-    if (value != "text" && value != "json") throw UsageError("--format must be text or json");
-    input.json = value == "json";
-  } else if (scanner.Flag("--bare")) {
-    input.bare = true;
-  } else {
-    AddEvents(scanner.Positional(), folder, input);
-  }
-}
 
-void ReadSession(const std::string& file, ReplayInput& input) {
-  std::string bytes;
-  std::string error;
-  if (!ReadFileBytes(file, bytes, error)) throw UsageError("cannot read " + file + ": " + error);
-  const std::size_t slash = file.find_last_of("/\\");
-  const std::string folder = slash == std::string::npos ? std::string() : file.substr(0, slash + 1);
-  for (const SessionLine& line : SplitSessionFile(bytes)) {
-    try {
-      ArgumentScanner scanner(line.words);
-      while (!scanner.Done()) {
-        if (scanner.HelpRequested()) throw UsageError("--help has no place in a session file");
-        TakeArgument(scanner, input, folder, true);
+  void Session(const std::string& file) {
+    if (replay_ == nullptr) input_.sessions.push_back(ReadSession(file));
+    const SessionFile& session = input_.sessions.at(nextSession_++);
+    ForEachSessionLine(session.text, session.shown, [this, &session](const SessionLine& line) {
+      try {
+        ArgumentScanner scanner(line.words);
+        while (!scanner.Done()) {
+          if (scanner.HelpRequested()) throw UsageError("--help has no place in a session file");
+          Take(scanner, session.folder, true);
+        }
+      } catch (const UsageError& e) {
+        throw AtLine(session, line.number, e);
+      } catch (const InputError& e) {
+        throw AtLine(session, line.number, e);
       }
-    } catch (const UsageError& e) {
-      throw UsageError(file + ":" + std::to_string(line.number) + ": " + e.what());
-    }
+    });
   }
-}
+
+  static SessionFile ReadSession(const std::string& file) {
+    SessionFile session;
+    session.shown = Escaped(Utf8ToWide(file));
+    std::string bytes;
+    std::string error;
+    if (!ReadFileBytes(file, bytes, error)) throw InputError("cannot read " + session.shown + ": " + error);
+    const std::size_t slash = file.find_last_of("/\\");
+    session.folder = slash == std::string::npos ? std::string() : file.substr(0, slash + 1);
+    session.text = SessionText(std::move(bytes), session.shown);
+    return session;
+  }
+
+  ReplayInput& input_;
+  Replay* replay_;
+  std::size_t nextSession_ = 0;
+};
 
 }  // namespace
 
 int RunReplayCommand(const std::vector<std::string>& arguments) {
-  ArgumentScanner scanner(arguments);
   ReplayInput input;
-  while (!scanner.Done()) {
-    if (scanner.HelpRequested()) {
-      WriteOut(kHelp);
-      return kExitOk;
-    }
-    TakeArgument(scanner, input, std::string(), false);
+  if (!ArgumentReading(input, nullptr).Read(arguments)) {
+    WriteOut(kHelp);
+    return kExitOk;
   }
-  if (!input.eventsGiven)
-    for (const std::string& word : DefaultReplayEvents()) AddEvents(word, std::string(), input);
 
   // Without --ini the plug-in gets Vantor.ini of the current folder, or, when there is
   // none, the missing file: every key at its default.
@@ -186,14 +243,22 @@ int RunReplayCommand(const std::vector<std::string>& arguments) {
     const std::string name = WideToUtf8(kPreferenceFileName);
     ParseHostChange("ini", &name, change);
     try {
-      ResolvePreferenceFile(change, std::string());
+      ResolvePreferenceFile(change, std::string(), true);
       input.options.host.insert(input.options.host.begin(), change);
-    } catch (const UsageError&) {
+    } catch (const InputError&) {
       WriteError("hublet replay: no " + name + " here, so every key is at its default (give a file with --ini FILE)\n");
     }
   }
-  const ReplayRecord record = RunReplay(input.options, input.events);
-  WriteOut(input.json ? FormatReplayJson(record) : FormatReplayText(record, input.bare));
+
+  const std::unique_ptr<ReplayOutput> output =
+      input.json ? JsonTranscript(WriteOut) : TextTranscript(input.bare, WriteOut);
+  Replay replay(input.options, *output);
+  replay.Start();
+  ArgumentReading running(input, &replay);
+  running.Read(arguments);
+  if (!input.eventsGiven)
+    for (const std::string& word : DefaultReplayEvents()) running.Event(word, std::string());
+  replay.End();
   return kExitOk;
 }
 

@@ -5,6 +5,7 @@
 #include "platform/wide_text.h"
 #include "tool/common/calendar.h"
 #include "tool/common/command_line.h"
+#include "tool/common/shown_text.h"
 #include "toolbar/toolbar.h"
 
 namespace hublet {
@@ -21,17 +22,14 @@ std::pair<std::string, std::string> SplitAt(const std::string& text, char separa
 }
 
 int Viewport(const std::string& text, const std::string& what) {
-  const int viewport = ParseInt32(text, what);
-  if (viewport < 0 || viewport >= SimHost::kViewportCount)
-    throw UsageError(what + " must be 0 to " + std::to_string(SimHost::kViewportCount - 1));
-  return viewport;
+  return ParseIntInRange(text, what, 0, SimHost::kViewportCount - 1);
 }
 
 std::uint32_t ParseClassIdPart(const std::string& text, const std::string& whole) {
   char* end = nullptr;
   const unsigned long long value = std::strtoull(text.c_str(), &end, 0);
   if (text.empty() || end != text.c_str() + text.size() || text[0] == '-' || value > 0xFFFFFFFFull)
-    throw UsageError("renderer: \"" + whole + "\" is not a class ID pair such as 0x73BAB286,0x77F8FD0C");
+    throw UsageError("renderer: " + QuotedArgument(whole) + " is not a class ID pair such as 0x73BAB286,0x77F8FD0C");
   return static_cast<std::uint32_t>(value);
 }
 
@@ -57,7 +55,7 @@ int PropertyId(const std::string& name) {
   if (name == "author") return host::kPropertyAuthor;
   if (name == "subject") return host::kPropertySubject;
   if (name == "title") return host::kPropertyTitle;
-  throw UsageError("the property must be author, subject or title, not \"" + name + "\"");
+  throw UsageError("the property must be author, subject or title, not " + QuotedArgument(name));
 }
 
 void ParseProperty(const std::string& text, HostChange& change) {
@@ -78,7 +76,7 @@ void ParseViewTransform(const std::string& text, HostChange& change) {
     change.transform.m[i / 3][i % 3] = std::strtof(next, &end);
     const char expected = i < 11 ? ',' : '\0';
     if (end == next || *end != expected)
-      throw UsageError("view-transform: \"" + parts.second + "\" is not twelve numbers separated by commas");
+      throw UsageError("view-transform: " + QuotedArgument(parts.second) + " is not twelve numbers separated by commas");
     next = end + 1;
   }
 }
@@ -95,12 +93,18 @@ void ParseDirectory(const std::string& text, HostChange& change) {
   bool found = false;
   const auto parts = SplitAt(text, '=', found);
   if (!found) throw UsageError("dir takes NAME=TEXT, e.g. scripts=D:\\Max\\scripts (NAME: plugcfg, scripts or an ID)");
-  if (parts.first == "plugcfg")
+  if (parts.first == "plugcfg") {
     change.number = host::kDirPlugCfg;
-  else if (parts.first == "scripts")
+  } else if (parts.first == "scripts") {
     change.number = host::kDirScripts;
-  else
-    change.number = ParseInt32(parts.first, "the directory of dir (plugcfg, scripts or an ID)");
+  } else {
+    try {
+      change.number = ParseInt32(parts.first, "a directory ID");
+    } catch (const UsageError&) {
+      throw UsageError("the directory must be plugcfg, scripts or a directory ID (a whole number), not " +
+                       QuotedArgument(parts.first));
+    }
+  }
   change.text = Utf8ToWide(parts.second);
 }
 
@@ -112,7 +116,7 @@ void ParseDate(const std::string& text, HostChange& change) {
                        ParseInt32(text.substr(first + 1, second - first - 1), "the month of the date"),
                        ParseInt32(text.substr(second + 1), "the year of the date")};
   if (date.year < 1000 || date.year > 9999 || !IsCalendarDay(date.day, date.month, date.year))
-    throw UsageError("the date \"" + text + "\" is not a day of the calendar (D-M-YYYY, a four-digit year)");
+    throw UsageError("the date " + QuotedArgument(text) + " is not a day of the calendar (D-M-YYYY, a four-digit year)");
   change.date = date;
 }
 
@@ -152,6 +156,9 @@ bool ParseHostChange(const std::string& name, const std::string* value, HostChan
   change.present = found->present;
   if (!found->takesValue) return true;
   const std::string& text = *value;
+  if (text.size() > kMaxValueBytes)
+    throw UsageError(name + " takes at most " + std::to_string(kMaxValueBytes) + " bytes, not " +
+                     std::to_string(text.size()));
   switch (change.what) {
     case What::User:
     case What::Machine:

@@ -1,6 +1,7 @@
 // The replay's transcript for programs: the "hublet-replay/1" document.
 #include "host/sim/sim_system.h"
 #include "platform/wide_text.h"
+#include "tool/common/file_access.h"
 #include "tool/common/json_writer.h"
 #include "tool/replay/call_notes.h"
 #include "tool/replay/replay.h"
@@ -65,16 +66,18 @@ std::string HostJson(const ReplayHost& h) {
   return json;
 }
 
-std::string EventJson(std::size_t step, const ReplayGroup& group) {
-  std::string json = "{" + Member("step", Int(static_cast<long long>(step))) + ", " + Member("event", JsonString(group.event));
+std::string EventJson(const ReplayGroup& group) {
+  std::string json = "{" + Member("step", Int(static_cast<long long>(group.step))) + ", " +
+                     Member("event", JsonString(group.event));
   if (!group.note.empty()) json += ", " + Member("note", JsonString(group.note));
   if (group.busyChanged) json += ", " + Member("sceneBusy", Int(group.busy));
   for (const ReplayFact& fact : group.facts) json += ", " + Member(fact.jsonMember.c_str(), fact.json);
   return json + "}";
 }
 
-std::string CallJson(std::size_t step, const ReplayGroup& group, const HostCall& call) {
-  std::string json = "{" + Member("step", Int(static_cast<long long>(step))) + ", " + Member("event", JsonString(group.event));
+std::string CallJson(const ReplayGroup& group, const HostCall& call) {
+  std::string json = "{" + Member("step", Int(static_cast<long long>(group.step))) + ", " +
+                     Member("event", JsonString(group.event));
   if (call.view >= 0) json += ", " + Member("view", Int(call.view));
   json += ", " + Member("call", JsonString(call.name)) + ", \"arguments\": [";
   for (std::size_t i = 0; i < call.arguments.size(); ++i) json += (i > 0 ? ", " : "") + ValueJson(call.arguments[i]);
@@ -85,19 +88,41 @@ std::string CallJson(std::size_t step, const ReplayGroup& group, const HostCall&
   return json + "}";
 }
 
+// The events go out as they come; the calls, which the document lists after all of them,
+// wait in a temporary file.
+class JsonOutput final : public ReplayOutput {
+ public:
+  explicit JsonOutput(ReplayWriter write) : write_(std::move(write)) {}
+
+  void Host(const ReplayHost& host) override {
+    write_("{\n  " + Member("schema", JsonString("hublet-replay/1")) + ",\n  " + Member("host", HostJson(host)) +
+           ",\n  \"events\": [\n");
+  }
+
+  void Group(const ReplayGroup& group) override {
+    write_((group.step > 0 ? ",\n    " : "    ") + EventJson(group));
+    for (const HostCall& call : group.calls) {
+      calls_.Append((anyCall_ ? ",\n    " : "    ") + CallJson(group, call));
+      anyCall_ = true;
+    }
+  }
+
+  void End() override {
+    write_("\n  ],\n  \"calls\": [\n");
+    calls_.ReadBack(write_);
+    write_("\n  ]\n}\n");
+  }
+
+ private:
+  ReplayWriter write_;
+  ScratchFile calls_;
+  bool anyCall_ = false;
+};
+
 }  // namespace
 
-std::string FormatReplayJson(const ReplayRecord& record) {
-  std::string events;
-  std::string calls;
-  for (std::size_t step = 0; step < record.groups.size(); ++step) {
-    const ReplayGroup& group = record.groups[step];
-    events += std::string(events.empty() ? "" : ",\n") + "    " + EventJson(step, group);
-    for (const HostCall& call : group.calls)
-      calls += std::string(calls.empty() ? "" : ",\n") + "    " + CallJson(step, group, call);
-  }
-  return "{\n  " + Member("schema", JsonString("hublet-replay/1")) + ",\n  " + Member("host", HostJson(record.host)) +
-         ",\n  \"events\": [\n" + events + "\n  ],\n  \"calls\": [\n" + calls + "\n  ]\n}\n";
+std::unique_ptr<ReplayOutput> JsonTranscript(ReplayWriter write) {
+  return std::unique_ptr<ReplayOutput>(new JsonOutput(std::move(write)));
 }
 
 }  // namespace tool

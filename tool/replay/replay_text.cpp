@@ -1,5 +1,7 @@
 // The replay's transcript for people.
 #include "host/sim/sim_system.h"
+#include "platform/wide_text.h"
+#include "tool/common/shown_text.h"
 #include "tool/replay/call_notes.h"
 #include "tool/replay/replay.h"
 
@@ -19,7 +21,14 @@ const char* PropertyName(int id) {
   return "title";
 }
 
-std::string HostLines(const ReplayHost& h) {
+// The preference file as named, which differs between two configurations compared: the
+// bare transcript says only whether there is one.
+std::string PreferenceFileLine(const ReplayHost& h, bool bare) {
+  if (h.preferenceFile.empty()) return "none";
+  return bare ? "present" : Escaped(Utf8ToWide(h.preferenceFile));
+}
+
+std::string HostLines(const ReplayHost& h, bool bare) {
   std::string out = "# host: user " + FormatText(h.user) + ", machine " + FormatText(h.machine) + ", date " +
                     FormatDate(h.date) + ", time " + Int(h.time) + "\n";
   out += "# renderer: " + (h.renderer.found ? FormatClassId(h.renderer.value) : std::string("none")) + "\n";
@@ -39,19 +48,22 @@ std::string HostLines(const ReplayHost& h) {
   out += "# directories:";
   for (std::size_t i = 0; i < h.directories.size(); ++i)
     out += std::string(i > 0 ? ", " : " ") + Int(h.directories[i].first) + " " + FormatText(h.directories[i].second);
-  out += "\n# preference file: " + (h.preferenceFile.empty() ? std::string("none") : h.preferenceFile) + "\n";
+  out += "\n# preference file: " + PreferenceFileLine(h, bare) + "\n";
   out += std::string("# toolbar script: ") + (h.toolbarScript ? "present" : "absent") + "\n";
   return out;
 }
 
-}  // namespace
+class TextOutput final : public ReplayOutput {
+ public:
+  TextOutput(bool bare, ReplayWriter write) : bare_(bare), write_(std::move(write)) {}
 
-std::string FormatReplayText(const ReplayRecord& record, bool bare) {
-  std::string out = HostLines(record.host);
-  for (const ReplayGroup& group : record.groups) {
-    out += Annotated("== " + group.event, group.note, bare) + "\n";
+  void Host(const ReplayHost& host) override { write_(HostLines(host, bare_)); }
+
+  // A header that is an event as given (user:NAME) shows its text escaped.
+  void Group(const ReplayGroup& group) override {
+    std::string out = Annotated("== " + Escaped(Utf8ToWide(group.event)), group.note, bare_) + "\n";
     if (group.busyChanged) out += "  [sceneBusy " + Int(group.busy) + "]\n";
-    for (const HostCall& call : group.calls) out += Annotated("  " + call.Line(), CallNote(call), bare) + "\n";
+    for (const HostCall& call : group.calls) out += Annotated("  " + call.Line(), CallNote(call), bare_) + "\n";
     for (const ReplayFact& fact : group.facts) {
       std::size_t begin = 0;
       while (begin <= fact.text.size()) {
@@ -61,8 +73,20 @@ std::string FormatReplayText(const ReplayRecord& record, bool bare) {
         begin = end + 1;
       }
     }
+    write_(out);
   }
-  return out;
+
+  void End() override {}
+
+ private:
+  bool bare_;
+  ReplayWriter write_;
+};
+
+}  // namespace
+
+std::unique_ptr<ReplayOutput> TextTranscript(bool bare, ReplayWriter write) {
+  return std::unique_ptr<ReplayOutput>(new TextOutput(bare, std::move(write)));
 }
 
 }  // namespace tool

@@ -79,6 +79,20 @@ TEST(CheckDiagnostics, MessagesSayWhatTheReaderDoesInstead) {
   for (std::size_t i = 0; i < 4; ++i) EXPECT_THAT(report.diagnostics[i].message, ::testing::HasSubstr(says[i]));
 }
 
+// However often a key repeats, each repeat names the occurrence the reader uses.
+TEST(CheckDiagnostics, EveryRepeatOfAKeyCitesItsFirstLine) {
+  const CheckReport report = CheckPreferenceFile("[MYVIEW]\nFPS=24\nFPS=25\nfps=30\n");
+  ASSERT_EQ(report.diagnostics.size(), 3u);
+  for (std::size_t i = 1; i < 3; ++i) EXPECT_THAT(report.diagnostics[i].message, ::testing::HasSubstr("first, at line 2"));
+}
+
+// A file the reader cannot read still has its lines counted, in its own encoding.
+TEST(CheckReportLines, CountsTheLinesOfEveryUtf16Form) {
+  for (const char* form : {"utf-16le-bom:", "utf-16be-bom:", "utf-16le:"})
+    EXPECT_EQ(CheckPreferenceFile(FileBytes(std::string(form) + "[MYVIEW]\\r\\nFPS=25\\rX=1")).lineCount, 3u) << form;
+  EXPECT_EQ(CheckPreferenceFile(std::string("\0[\0M\0]\0\n\0X\0=\0\x31", 14)).lineCount, 2u) << "UTF-16BE without a mark";
+}
+
 TEST(CheckDiagnostics, MessagesEscapeControlCharactersAndCutHugeNames) {
   const CheckReport report = CheckPreferenceFile("[MYVIEW]\nBE\aLL=1\n" + std::string(500, 'K') + "=1\n");
   ASSERT_EQ(report.diagnostics.size(), 2u);

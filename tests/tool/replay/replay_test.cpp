@@ -2,6 +2,8 @@
 // in the golden transcripts (tests/tool/replay/golden/replay-*.txt).
 #include <gmock/gmock.h>
 
+#include <string>
+
 #include "tool/common/command_line.h"
 #include "tool/replay/replay.h"
 
@@ -47,6 +49,40 @@ TEST(ReplayEvents, MalformedOnesAreUsageErrors) {
                           "no-shading-extension:-1", "viewport-type:1", "dir:scripts", "dir:x=C:\\", "date:31-2-2020",
                           "renderer:0x1", "property:owner=x", "time:soon"})
     EXPECT_THROW(ParseReplayEvent(bad), UsageError) << bad;
+}
+
+// The Gregorian calendar: every fourth year a leap year, but not a century unless it is
+// divisible by 400.
+TEST(ReplayEvents, DatesFollowTheCalendarsCenturyRule) {
+  for (const char* day : {"29-2-2024", "29-2-2000", "31-12-9999", "1-1-1000"})
+    EXPECT_NO_THROW(ParseReplayEvent(std::string("date:") + day)) << day;
+  for (const char* day : {"29-2-2100", "29-2-1900", "29-2-2023", "31-4-2020", "0-1-2020", "1-13-2020", "1-1-999"})
+    EXPECT_THROW(ParseReplayEvent(std::string("date:") + day), UsageError) << day;
+  EXPECT_EQ(ParseReplayEvent("date:29-2-2000").at(0).change.date.day, 29);
+}
+
+// The message of a mistake quotes as much of it as a person reads, with control
+// characters escaped: never a whole huge value, never a raw escape sequence.
+std::string Message(const std::string& word) {
+  try {
+    ParseReplayEvent(word);
+  } catch (const UsageError& error) {
+    return error.what();
+  }
+  return "no mistake";
+}
+
+TEST(ReplayEvents, MistakesAreToldBrieflyAndEscaped) {
+  const std::string huge(1000000, '7');
+  for (const std::string& word : {"redraw:x" + huge, "call:" + huge, "renderer:" + huge + ",1", "bogus" + huge,
+                                  "date:" + huge, "property:" + huge, "dir:" + huge + "=x"})
+    EXPECT_LT(Message(word).size(), 300u) << word.substr(0, 12);
+  EXPECT_THAT(Message("redraw:\x1B[2J"), ::testing::HasSubstr("\"redraw:\\x1B[2J\""));
+  EXPECT_THAT(Message("dir:music=D:\\"), ::testing::HasSubstr("plugcfg, scripts or a directory ID"));
+  // A value longer than any name or path is refused, not carried through the session.
+  const std::string longest(kMaxValueBytes, 'a');
+  EXPECT_EQ(ParseReplayEvent("user:" + longest).at(0).change.text.size(), kMaxValueBytes);
+  EXPECT_THAT(Message("user:" + longest + "a"), ::testing::HasSubstr("at most 4096 bytes"));
 }
 
 }  // namespace
