@@ -30,10 +30,9 @@ const std::uint64_t kHashPrime = 0x100000001B3ull;
 template <class Source>
 IniName AppendFolded(std::wstring& units, const Source& source, std::size_t begin, std::size_t length) {
   IniName name{kHashBasis, units.size(), length};
-  units.resize(name.at + length);
   for (std::size_t i = 0; i < length; ++i) {
     const wchar_t folded = FoldAscii(static_cast<std::uint32_t>(source[begin + i]));
-    units[name.at + i] = folded;
+    units.push_back(folded);
     name.hash = (name.hash ^ static_cast<std::uint32_t>(folded)) * kHashPrime;
   }
   return name;
