@@ -8,18 +8,16 @@
 //
 // The document keeps the file's bytes and nothing per line, so that it takes the file's
 // size in memory whatever the file holds (a million tiny lines included): each walk
-// classifies the lines afresh. A lookup in a section walks the text and remembers the
-// first entry of every name in that section, up to a thousand entries: for a preference
-// file that is all of them, and later lookups in the section walk nothing. In a larger
-// section a lookup that misses walks again; Prepare answers many lookups in one walk.
+// classifies the lines afresh. What lookups learn on their walks is remembered, within
+// bounds (IniLookupMemo), so that a preference file is walked about once.
 //
-// Wide strings hold UTF-16 code units, as everywhere in this project.
+// Wide strings hold UTF-16 code units, as everywhere in this project. The reader's parts:
+// ini_text (encodings, units, lines), ini_lookup_memo (the walks of lookups),
+// ini_document (the document and the API's answers).
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -75,6 +73,94 @@ struct IniFound {
   IniSpan value;
 };
 
+// A place in the text: the start of a line and the number of lines before it.
+struct IniCursor {
+  std::size_t at;
+  std::size_t lines;
+};
+
+struct IniUnits;
+
+// A name folded for comparison: its units in a buffer of the memo's (the names of its
+// records, or of the lookups at hand), and their hash.
+struct IniName {
+  std::uint64_t hash;
+  std::size_t at;
+  std::size_t length;
+};
+
+// What lookups in a document have learnt of it; the document's own. The first lookup in a
+// section walks from the start of the file to that section's first header, noting the
+// first header of every name on the way (up to a thousand names), then the section's
+// body, remembering the first entry of every name (up to a thousand entries). A lookup in
+// a section whose header was noted walks only that section's body; in a section
+// remembered whole, nothing. In a larger section a lookup that misses walks the body
+// again; Prepare answers many lookups with one walk of each section's body.
+class IniLookupMemo {
+ public:
+  IniLookupMemo();
+  IniFound Find(const IniUnits& text, const std::wstring& section, const std::wstring& key);
+  void Prepare(const IniUnits& text,
+               const std::vector<std::pair<std::wstring, std::wstring>>& lookups);
+
+ private:
+  enum class State : unsigned char { Sought, Found, Missing };
+  struct Section {
+    IniName name;
+    State state;
+    IniCursor body;       // the line after its first header, once found
+    bool remembered;      // its body has been walked
+    bool whole;           // and every entry of it is remembered
+    bool walk;            // a walk of its body is due for the lookups at hand
+    std::size_t room;     // entries its first walk may still remember
+    std::size_t sought;   // keys of the lookups at hand not yet met in it
+    std::uint64_t soughtLengths;  // bit n: a key sought is n units long
+    std::size_t longestSought;
+  };
+  struct Entry {
+    std::size_t section;
+    IniName name;
+    IniFound found;  // line 0: the section has no entry of that name
+    bool sought;     // a key of the lookups at hand, not yet met
+  };
+  struct Asked {
+    IniName section;
+    IniName key;
+  };
+
+  const IniFound* Answer(const IniUnits& text, const Asked& asked) const;
+  void Learn(const IniUnits& text, const Asked* asked, std::size_t count);
+  void Discover(const IniUnits& text);
+  std::size_t OnHeader(const IniUnits& text, const IniLine& header, IniCursor at, IniCursor body);
+  IniCursor WalkBody(const IniUnits& text, std::size_t section);
+  void Remember(const IniUnits& text, std::size_t section, const IniLine& entry);
+  void EndWalk(std::size_t section);
+
+  IniName Fold(const IniUnits& text, IniSpan span);
+  IniName Stash(const IniName& asked);
+  std::size_t FindSection(const std::wstring& units, const IniName& name) const;
+  std::size_t FindEntry(std::size_t section, const std::wstring& units, const IniName& name) const;
+  std::size_t AddSection(const IniName& name, State state, IniCursor body);
+  std::size_t AddEntry(std::size_t section, const IniName& name, const IniFound& found, bool sought);
+
+  std::vector<Section> sections_;
+  std::vector<Entry> entries_;
+  // Open addressing over sections_ and entries_: a record's index + 1, 0 when free.
+  std::vector<std::uint32_t> sectionSlots_;
+  std::vector<std::uint32_t> entrySlots_;
+  std::wstring names_;  // the units of the records' names
+  std::wstring asked_;  // the units of the lookups at hand
+  // Every header before it has its name's first header in sections_; it moves on while
+  // indexing_, which stops at a name too many or too long.
+  IniCursor discovered_;
+  bool indexing_;
+  std::size_t indexed_;
+  std::size_t soughtSections_;
+  std::size_t longestSoughtSection_;
+  std::vector<std::size_t> walking_;        // sections of the lookups at hand
+  std::vector<std::size_t> soughtEntries_;  // their entries of the lookups at hand
+};
+
 class IniDocument {
  public:
   // The empty document: every lookup answers its default.
@@ -85,7 +171,7 @@ class IniDocument {
   static IniDocument Parse(std::string bytes);
 
   IniEncoding Encoding() const { return encoding_; }
-  std::size_t LineCount() const { return lineCount_; }
+  std::size_t LineCount() const;
   // The file as given.
   const std::string& Bytes() const { return bytes_; }
 
@@ -116,17 +202,14 @@ class IniDocument {
                           std::size_t bufferSize = 260) const;
 
  private:
+  IniUnits Units() const;
+
   std::string bytes_;
   IniEncoding encoding_;
-  std::size_t lineCount_;
-  std::size_t unitCount_;  // 0 when nothing of the file is read
-  bool hasNul_;            // if not, names and values need no search for a NUL
-  // Lookups answered so far, by folded section name, a NUL and folded key name.
-  mutable std::unordered_map<std::wstring, IniFound> found_;
-  // Folded names of the sections whose every key found_ holds.
-  mutable std::unordered_set<std::wstring> completeSections_;
-  // The key of found_ being built, kept so that a lookup allocates nothing.
-  mutable std::wstring memo_;
+  std::size_t unitCount_;         // 0 when nothing of the file is read
+  bool hasNul_;
+  mutable std::size_t lineCount_;  // counted when first asked
+  mutable IniLookupMemo memo_;
 };
 
 // A profile reader answering from a parsed document: the POSIX reader, and anything that

@@ -22,15 +22,20 @@ std::string ReadRegularFile(const std::string& path) {
   if (fd < 0) return bytes;
   struct stat info;
   if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode)) {
-    char chunk[65536];
+    // A byte more than the file holds, so that one read that leaves it unfilled has
+    // reached the end: a small file costs one read call.
+    const std::size_t expected = static_cast<std::size_t>(info.st_size);
+    std::size_t size = 0;
+    bytes.resize(expected + 1);
     for (;;) {
-      const ssize_t got = ::read(fd, chunk, sizeof chunk);
-      if (got > 0) {
-        bytes.append(chunk, static_cast<std::size_t>(got));
-      } else if (got == 0 || errno != EINTR) {
-        break;
-      }
+      if (size == bytes.size()) bytes.resize(2 * size);  // the file grew
+      const ssize_t got = ::read(fd, &bytes[size], bytes.size() - size);
+      if (got < 0 && errno == EINTR) continue;
+      if (got <= 0) break;
+      size += static_cast<std::size_t>(got);
+      if (size < bytes.size() && size >= expected) break;
     }
+    bytes.resize(size);
   }
   ::close(fd);
   return bytes;

@@ -85,30 +85,95 @@ TEST(IniDocument, AnswersAfterMoveAndCopy) {
   }
 }
 
-// A lookup answers from what an earlier walk remembered only where that is the whole
-// truth: after any first lookup, any second answers as in a fresh document, on a file
-// whose sections hold more names than a walk remembers.
-TEST(IniDocument, AnEarlierLookupChangesNoAnswer) {
-  std::string bytes = "[A]\nk=a\n";
-  for (int s = 0; s < 100; ++s) {
-    bytes += "[T" + std::to_string(s) + "]\n";
-    for (int k = 0; k < 20; ++k) bytes += "K" + std::to_string(k) + "=" + std::to_string(s) + "\n";
+// What a lookup must find, worked out from the lines alone: the first entry of the key
+// under the first header of the section.
+IniFound FromLines(const IniDocument& document, const std::wstring& section, const std::wstring& key) {
+  IniFound found = IniFound();
+  bool seen = false, inside = false;
+  document.ForEachLine([&](const IniLine& line) {
+    if (line.kind == IniLineKind::Header) {
+      inside = !seen && document.NameIs(line.name, section);
+      seen = seen || inside;
+    } else if (inside && found.line == 0 && line.kind == IniLineKind::Entry && document.NameIs(line.name, key)) {
+      found = {line.number, line.hasEquals, line.value};
+    }
+  });
+  return found;
+}
+
+struct BoundCase {
+  std::string bytes;
+  std::vector<std::pair<std::wstring, std::wstring>> lookups;
+  std::wstring texts;  // the text answers of the lookups, default "-", joined by '|'
+};
+
+// Files past every bound of what lookups note and remember: more headers than are noted,
+// a header and a key too long to note, a section with more entries than are remembered;
+// with headers repeated in another case, an empty section name, entries above the first
+// header.
+std::vector<BoundCase> BoundCases() {
+  std::string many = "K=before\n[A]\nk=a\n";
+  for (int s = 0; s < 1100; ++s) {
+    const std::string n = std::to_string(s);
+    many += "[T" + n + "]\nK" + std::to_string(s % 7) + "=" + n + "\nX=" + n + "\n";
   }
-  bytes += "[B]\nk=b\n[t5]\nK1=late\nK20=new\n[C]\nk=c\n";
-  std::vector<std::pair<std::wstring, std::wstring>> lookups = {
-      {L"A", L"k"}, {L"B", L"k"}, {L"t5", L"K20"}, {L"C", L"k"}, {L"B", L"x"}, {L"D", L"k"}, {L"a", L"K"}};
-  for (int s = 0; s < 100; ++s) lookups.push_back({L"T" + std::to_wstring(s), L"k" + std::to_wstring(s % 21)});
-  const IniDocument fresh = IniDocument::Parse(bytes);
-  for (std::size_t first = 0; first < 3; ++first) {
-    for (const auto& second : lookups) {
-      const IniDocument asked = IniDocument::Parse(bytes);
-      asked.Find(lookups[first].first, lookups[first].second);
-      EXPECT_EQ(IniDocument(fresh).Find(second.first, second.second).line, asked.Find(second.first, second.second).line)
-          << WideToUtf8(lookups[first].second) << " then " << WideToUtf8(second.first) << " " << WideToUtf8(second.second);
+  many += "[t5]\nK5=late\nNEW=late\n[B]\nk=b\n[]\nk=empty\n[T1050]\nK0=late\n";
+  const std::string longHeader(300, 'L'), longKey(300, 'q');
+  const std::string longNames = "[S]\nk=s\n[" + longHeader + "]\nk=long\n[T]\nk=t\n" + longKey +
+                                "=longkey\nk2=after\n[S]\nk=late\n[U2]\nk=u2\n";
+  std::string big = "[BIG]\n";
+  for (int i = 0; i < 1200; ++i) big += "E" + std::to_string(i % 1100) + "=" + std::to_string(i) + "\n";
+  big += "LATE=1\n[SMALL]\nk=1\n";
+  const std::wstring l(300, L'l'), q(300, L'Q');
+  return {
+      {many,
+       {{L"A", L"k"}, {L"a", L"K"}, {L"B", L"k"}, {L"B", L"x"}, {L"T5", L"K5"}, {L"t5", L"NEW"},
+        {L"T1050", L"K0"}, {L"T1099", L"X"}, {L"T0", L"X"}, {L"T1023", L"X"}, {L"T1024", L"X"},
+        {L"D", L"k"}, {L"", L"k"}},
+       L"a|a|b|-|5|-|1050|1099|0|1023|1024|-|empty"},
+      {longNames,
+       {{l, L"k"}, {L"T", L"k"}, {L"T", q}, {L"T", L"k2"}, {L"S", L"k"}, {L"S", L"none"}, {L"U", L"k"},
+        {L"U2", L"k"}},
+       L"long|t|longkey|after|s|-|-|u2"},
+      {big,
+       {{L"BIG", L"E0"}, {L"big", L"e1023"}, {L"BIG", L"E1024"}, {L"BIG", L"E1099"}, {L"BIG", L"LATE"},
+        {L"BIG", L"NONE"}, {L"SMALL", L"k"}, {L"BIG", L"E5"}},
+       L"0|1023|1024|1099|1|-|1|5"},
+  };
+}
+
+// Whatever was looked up before, in whatever order or all prepared at once, a lookup
+// finds what the lines say.
+TEST(IniDocument, LookupsFindWhatTheLinesSayInAnyOrder) {
+  for (const BoundCase& c : BoundCases()) {
+    const IniDocument reference = IniDocument::Parse(c.bytes);
+    const std::size_t n = c.lookups.size();
+    std::vector<IniFound> expected;
+    std::wstring texts;
+    for (const auto& lookup : c.lookups) {
+      expected.push_back(FromLines(reference, lookup.first, lookup.second));
+      texts += (texts.empty() ? L"" : L"|") + reference.LookupText(lookup.first, lookup.second, L"-");
+    }
+    EXPECT_EQ(WideToUtf8(c.texts), WideToUtf8(texts));
+    // Each lookup first, the rest after it; backwards; all prepared.
+    std::vector<std::vector<std::size_t>> orders;
+    for (std::size_t first = 0; first < n; ++first) {
+      orders.push_back({first});
+      for (std::size_t i = 0; i < n; ++i) orders.back().push_back(i);
+    }
+    orders.push_back({});
+    for (std::size_t i = n; i-- > 0;) orders.back().push_back(i);
+    for (std::size_t o = 0; o <= orders.size(); ++o) {
+      const IniDocument document = IniDocument::Parse(c.bytes);
+      if (o == orders.size()) document.Prepare(c.lookups);
+      for (const std::size_t i : o < orders.size() ? orders[o] : orders.back()) {
+        const IniFound found = document.Find(c.lookups[i].first, c.lookups[i].second);
+        EXPECT_TRUE(found.line == expected[i].line && found.hasEquals == expected[i].hasEquals &&
+                    found.value.begin == expected[i].value.begin && found.value.length == expected[i].value.length)
+            << "order " << o << ", lookup " << i << " found line " << found.line << ", not " << expected[i].line;
+      }
     }
   }
-  EXPECT_EQ(L"b|c|5|d", fresh.LookupText(L"B", L"k", L"") + L"|" + fresh.LookupText(L"C", L"k", L"") + L"|" +
-                            fresh.LookupText(L"T5", L"K1", L"") + L"|" + fresh.LookupText(L"T5", L"K20", L"d"));
 }
 
 // Other callers of the API pass smaller buffers; the plug-in always passes 260.
