@@ -108,7 +108,8 @@ SceneStamp JudgeStamp(const std::string& file, const SummaryInformation& info) {
 std::vector<SceneStamp> ReadStamps(const std::vector<std::string>& paths, bool allFiles) {
   std::vector<PathKind> kinds;
   for (const std::string& path : paths) {
-    kinds.push_back(KindOfPath(Utf8ToWide(path)));
+    std::string whyMissing;
+    kinds.push_back(KindOfPath(Utf8ToWide(path), whyMissing));
     if (kinds.back() == PathKind::kMissing) throw UsageError("no such file or folder: " + path);
   }
   std::vector<SceneStamp> stamps;
