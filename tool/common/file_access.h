@@ -1,6 +1,7 @@
 #pragma once
 // The files the tool reads itself (the checker's bytes) and the paths it hands to the
 // plug-in's profile reader.
+#include <cstdio>
 #include <string>
 
 namespace hublet {
@@ -11,6 +12,10 @@ bool ReadFileBytes(const std::string& path, std::string& bytes, std::string& err
 
 // Everything on standard input, as bytes.
 std::string ReadStandardInput();
+
+// A file to read as bytes, a part at a time ("-": standard input); null with the reason in
+// error when it cannot be opened.
+std::FILE* OpenInput(const std::string& path, std::string& error);
 
 // path as the profile reader of this build needs it. The Windows profile API looks up a
 // bare file name in the Windows folder, so on Windows the path is made absolute.
