@@ -44,17 +44,77 @@ const char kHelp[] =
 constexpr int kDefaultJobs = 16;
 constexpr int kMostJobs = 256;
 
-// What the run could not read, for the exit status and the closing message.
-struct Unread {
-  int paths = 0, folders = 0, files = 0;
-  bool Any() const { return paths + folders + files > 0; }
-};
+// Standard output failed (a pipe closed early, a full disk): the rest of an archive is not
+// read for nothing; the program reports the failure as it ends.
+struct OutputFailed {};
 
 std::string Plural(int count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
 std::string ShownInMessage(const std::string& shown) { return Escaped(Utf8ToWide(shown)); }
+
+// Each step of the walk as the report and standard error show it, and what the run could
+// not read, for the closing line and the exit status.
+class StampsRun {
+ public:
+  StampsRun(StampsPrinter& printer, bool allFiles) : printer_(printer), allFiles_(allFiles) {
+    WriteOut(printer_.Begin());
+  }
+
+  void Step(const WalkStep& step, const SceneStamp& fileStamp) {
+    switch (step.kind) {
+      case WalkStep::Kind::kFile: Report(fileStamp); break;
+      case WalkStep::Kind::kUnlistedFolder: Report(UnlistedFolderStamp(step)); break;
+      case WalkStep::Kind::kUnreadablePath:
+        ++unreadPaths_;
+        WriteError("hublet: cannot read " + ShownInMessage(step.shown) + ": " + step.reason + "\n");
+        break;
+      case WalkStep::Kind::kUnreadableList:
+        ++unreadPaths_;
+        WriteError("hublet: " + step.reason + "\n");
+        break;
+      case WalkStep::Kind::kNoSceneFiles:
+        foldersWithoutScenes_ = true;
+        WriteError("hublet: no " + std::string(allFiles_ ? "file" : "scene file (*.max)") + " in " +
+                   ShownInMessage(step.shown) + " or the folders under it\n");
+        break;
+    }
+  }
+
+  int Finish() {
+    WriteOut(printer_.End(tally_));
+    if (unreadFolders_ + unreadFiles_ > 0) {
+      std::string what;
+      if (unreadFolders_ > 0) what = Plural(unreadFolders_, "folder", "folders") + " could not be listed";
+      if (unreadFiles_ > 0)
+        what += (what.empty() ? "" : ", ") + Plural(unreadFiles_, "file", "files") + " could not be opened";
+      WriteError("hublet: not everything was read: " + what + "\n");
+    }
+    if (unreadPaths_ + unreadFolders_ + unreadFiles_ > 0) return kExitUsage;
+    return tally_.AllStamped() && !foldersWithoutScenes_ ? kExitOk : kExitProblems;
+  }
+
+ private:
+  void Report(const SceneStamp& stamp) {
+    tally_.Add(stamp);
+    if (!stamp.reached) ++(stamp.isFolder ? unreadFolders_ : unreadFiles_);
+    WriteOut(printer_.Row(stamp));
+    if (std::ferror(stdout)) throw OutputFailed();
+  }
+
+  StampsPrinter& printer_;
+  const bool allFiles_;
+  StampTally tally_;
+  int unreadPaths_ = 0, unreadFolders_ = 0, unreadFiles_ = 0;
+  bool foldersWithoutScenes_ = false;
+};
+
+struct CloseList {
+  void operator()(std::FILE* list) const {
+    if (list != stdin) std::fclose(list);
+  }
+};
 
 }  // namespace
 
@@ -87,54 +147,23 @@ int RunStampsCommand(const std::vector<std::string>& arguments) {
   if (jobs < 1 || jobs > kMostJobs)
     throw UsageError("--jobs must be from 1 to " + std::to_string(kMostJobs) + ", not " + jobsText);
   if (paths.empty() && filesFrom.empty()) throw UsageError("name the scene files or folders to read");
-  std::FILE* list = nullptr;
+  std::unique_ptr<std::FILE, CloseList> list;
   if (!filesFrom.empty()) {
     std::string error;
-    list = OpenInput(filesFrom, error);
-    if (list == nullptr) throw UsageError("cannot read " + filesFrom + ": " + error);
+    list.reset(OpenInput(filesFrom, error));
+    if (!list) throw UsageError("cannot read " + filesFrom + ": " + error);
   }
 
-  PathList pathList(paths, list, filesFrom == "-" ? "standard input" : filesFrom);
+  PathList pathList(paths, list.get(), filesFrom == "-" ? "standard input" : filesFrom);
   SceneWalk walk(pathList, allFiles);
-  StampTally tally;
-  Unread unread;
-  bool foldersWithoutScenes = false;
-  WriteOut(printer->Begin());
-  const auto report = [&](const SceneStamp& stamp) {
-    tally.Add(stamp);
-    if (!stamp.reached) ++(stamp.isFolder ? unread.folders : unread.files);
-    WriteOut(printer->Row(stamp));
-  };
-  ReadInWalkOrder(walk, jobs, OpenFileBytes, [&](const WalkStep& step, const SceneStamp& fileStamp) {
-    switch (step.kind) {
-      case WalkStep::Kind::kFile: report(fileStamp); break;
-      case WalkStep::Kind::kUnlistedFolder: report(UnlistedFolderStamp(step)); break;
-      case WalkStep::Kind::kUnreadablePath:
-        ++unread.paths;
-        WriteError("hublet: cannot read " + ShownInMessage(step.shown) + ": " + step.reason + "\n");
-        break;
-      case WalkStep::Kind::kUnreadableList:
-        ++unread.paths;
-        WriteError("hublet: " + step.reason + "\n");
-        break;
-      case WalkStep::Kind::kNoSceneFiles:
-        foldersWithoutScenes = true;
-        WriteError("hublet: no " + std::string(allFiles ? "file" : "scene file (*.max)") + " in " +
-                   ShownInMessage(step.shown) + " or the folders under it\n");
-        break;
-    }
-  });
-  if (list != nullptr && list != stdin) std::fclose(list);
-  WriteOut(printer->End(tally));
-  if (unread.folders + unread.files > 0) {
-    std::string what;
-    if (unread.folders > 0) what = Plural(unread.folders, "folder", "folders") + " could not be listed";
-    if (unread.files > 0)
-      what += (what.empty() ? "" : ", ") + Plural(unread.files, "file", "files") + " could not be opened";
-    WriteError("hublet: not everything was read: " + what + "\n");
+  StampsRun run(*printer, allFiles);
+  try {
+    ReadInWalkOrder(walk, jobs, OpenFileBytes,
+                    [&run](const WalkStep& step, const SceneStamp& fileStamp) { run.Step(step, fileStamp); });
+  } catch (const OutputFailed&) {
+    return kExitUsage;
   }
-  if (unread.Any()) return kExitUsage;
-  return tally.AllStamped() && !foldersWithoutScenes ? kExitOk : kExitProblems;
+  return run.Finish();
 }
 
 }  // namespace tool
