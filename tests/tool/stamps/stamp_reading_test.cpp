@@ -132,13 +132,22 @@ TEST(StampReading, RowsComeInTheWalksOrderWhateverTheJobsAndTheWaits) {
   }
 }
 
-TEST(StampReading, ReadsOfSeveralFilesOverlap) {
+// On storage where each read waits, N jobs take about an Nth of one job's time: measured
+// against one job on the same files, so that how long a wait really lasts cancels out.
+TEST(StampReading, SixteenJobsWaitForSixteenReadsAtOnce) {
   const SceneFolder folder;
-  Opens opens;
-  ReadAll({folder.path()}, 4, WaitingOpener(opens, [](int) { return std::chrono::microseconds(2000); }));
-  EXPECT_EQ(opens.opened, kFiles);
-  EXPECT_GE(opens.mostOpen, 2);
-  EXPECT_LE(opens.mostOpen, 4);
+  const std::vector<std::string> paths(4, folder.path());
+  const auto wait = [](int) { return std::chrono::microseconds(1000); };
+  Opens serial, parallel;
+  const auto start = std::chrono::steady_clock::now();
+  ReadAll(paths, 1, WaitingOpener(serial, wait));
+  const auto middle = std::chrono::steady_clock::now();
+  ReadAll(paths, 16, WaitingOpener(parallel, wait));
+  const auto end = std::chrono::steady_clock::now();
+  EXPECT_EQ(parallel.opened, 4 * kFiles);
+  EXPECT_GE(parallel.mostOpen, 8);
+  EXPECT_LE(parallel.mostOpen, 16);
+  EXPECT_LT((end - middle) * 4, middle - start);
 }
 
 // Rows after a slow file wait for it to be handed back; the files read meanwhile are
@@ -147,7 +156,7 @@ TEST(StampReading, ASlowFileHoldsBackOnlyAFewOthers) {
   const SceneFolder folder;
   Opens opens;
   std::atomic<int> openedWhileFirstWasRead{-1};
-  const OpenBytes open = WaitingOpener(opens, [](int n) { return std::chrono::microseconds(n == 0 ? 100000 : 0); });
+  const OpenBytes open = WaitingOpener(opens, [](int n) { return std::chrono::microseconds(n == 0 ? 20000 : 0); });
   PathList list({folder.path()}, nullptr, std::string());
   SceneWalk walk(list, false);
   ReadInWalkOrder(walk, 3, open, [&](const WalkStep&, const SceneStamp&) {
