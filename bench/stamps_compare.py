@@ -62,7 +62,7 @@ def main():
         archive = os.path.join(folder, "archive")
         subprocess.run([make_archive, archive, str(args.files)], check=True)
         stamps = [hublet, "stamps", "--format", "csv", "--jobs", str(args.jobs), archive]
-        one_job = [hublet, "stamps", "--format", "csv", "--jobs", "1", archive]
+        one_job = stamps[:5] + ["1", archive]
         walker = [sys.executable, os.path.join(HERE, "stamps_olefile.py"), archive]
 
         # Both must read the same stamps, and the cache is warm after this.
@@ -71,16 +71,19 @@ def main():
         if ours != theirs:
             sys.exit("hublet and the olefile walker read different stamps")
 
-        times = {"hublet": [], "hublet --jobs 1": [], "olefile": []}
+        commands = {"olefile": walker, "hublet --jobs %d" % args.jobs: stamps, "hublet --jobs 1": one_job}
+        cores = os.cpu_count() or 1
+        if cores not in (1, args.jobs):
+            commands["hublet --jobs %d" % cores] = stamps[:5] + [str(cores), archive]
+        times = {name: [] for name in commands}
         for _ in range(args.runs):
-            times["olefile"].append(run(walker)[0])
-            times["hublet"].append(run(stamps)[0])
-            times["hublet --jobs 1"].append(run(one_job)[0])
+            for name, command in commands.items():
+                times[name].append(run(command)[0])
         olefile_median = statistics.median(times["olefile"])
         print("%d files in the page cache, median of %d runs side by side:" % (args.files, args.runs))
         for name, values in times.items():
             median = statistics.median(values)
-            print("  %-16s %8.1f ms  %6.1f times olefile's speed" % (name, 1000 * median, olefile_median / median))
+            print("  %-17s %8.1f ms  %6.1f times olefile's speed" % (name, 1000 * median, olefile_median / median))
 
         # Reads per file, as the system counts them.
         trace = subprocess.run(["strace", "-f", "-c", "-e", "trace=pread64,openat"] + stamps,
