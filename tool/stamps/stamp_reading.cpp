@@ -5,6 +5,7 @@
 #include <exception>
 #include <map>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -27,11 +28,15 @@ SceneStamp UnreadableStamp(const WalkStep& step, const std::string& note, bool r
 class OrderedReading {
  public:
   OrderedReading(SceneWalk& walk, int jobs, const OpenBytes& open, const StepDone& done)
-      : walk_(walk), window_(2 * static_cast<std::size_t>(jobs)), open_(open), done_(done) {}
+      : walk_(walk), jobs_(jobs), window_(2 * static_cast<std::size_t>(jobs)), open_(open), done_(done) {}
 
-  void Run(int jobs) {
+  void Run() {
     std::vector<std::thread> helpers;
-    for (int i = 1; i < jobs; ++i) helpers.emplace_back([this] { Work(); });
+    try {
+      for (int i = 1; i < jobs_; ++i) helpers.emplace_back([this] { Work(); });
+    } catch (const std::system_error&) {
+      // The system gives no more threads: the ones it gave do the work.
+    }
     Work();
     for (std::thread& helper : helpers) helper.join();
     if (failure_) std::rethrow_exception(failure_);
@@ -53,7 +58,7 @@ class OrderedReading {
         HandBack(index, std::move(slot));
       }
     } catch (...) {
-      // A failure to write the output: every thread stops, and the caller hears of it.
+      // A failure (of the output, of memory): every thread stops, and the caller hears of it.
       std::lock_guard<std::mutex> lock(handBackMutex_);
       if (!failure_) failure_ = std::current_exception();
       stopping_ = true;
@@ -87,6 +92,7 @@ class OrderedReading {
   }
 
   SceneWalk& walk_;
+  const int jobs_;
   const std::size_t window_;
   const OpenBytes& open_;
   const StepDone& done_;
@@ -122,7 +128,7 @@ SceneStamp UnlistedFolderStamp(const WalkStep& folder) {
 }
 
 void ReadInWalkOrder(SceneWalk& walk, int jobs, const OpenBytes& open, const StepDone& done) {
-  OrderedReading(walk, jobs, open, done).Run(jobs);
+  OrderedReading(walk, jobs, open, done).Run();
 }
 
 }  // namespace tool
