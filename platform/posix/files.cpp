@@ -34,11 +34,122 @@ class FileBytes : public ByteSource {
   std::uint64_t size_;
 };
 
+const unsigned kEscapedByte = 0xDC00;
+
+bool IsEscapedByte(std::uint32_t unit) { return unit >= kEscapedByte + 0x80 && unit <= kEscapedByte + 0xFF; }
+
+// The length of the valid UTF-8 sequence at bytes[at], 0 when none starts there.
+std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t at) {
+  const unsigned char lead = static_cast<unsigned char>(bytes[at]);
+  if (lead < 0x80) return 1;
+  std::size_t length = 0;
+  unsigned char low = 0x80, high = 0xBF;  // the second byte's range, which rules out
+  if (lead >= 0xC2 && lead <= 0xDF) {     // overlong forms, surrogates and values past
+    length = 2;                           // U+10FFFF
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    length = 3;
+    if (lead == 0xE0) low = 0xA0;
+    if (lead == 0xED) high = 0x9F;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    length = 4;
+    if (lead == 0xF0) low = 0x90;
+    if (lead == 0xF4) high = 0x8F;
+  } else {
+    return 0;
+  }
+  if (bytes.size() - at < length) return 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    const unsigned char byte = static_cast<unsigned char>(bytes[at + i]);
+    if (i == 1 ? (byte < low || byte > high) : (byte & 0xC0) != 0x80) return 0;
+  }
+  return length;
+}
+
+// A name's bytes as a wide path (see WidePath) and back.
+std::wstring WideName(const std::string& bytes) {
+  std::wstring wide;
+  std::size_t at = 0;
+  while (at < bytes.size()) {
+    std::size_t text = at;
+    while (text < bytes.size()) {
+      const std::size_t length = Utf8SequenceAt(bytes, text);
+      if (length == 0) break;
+      text += length;
+    }
+    wide += Utf8ToWide(bytes.substr(at, text - at));
+    if (text < bytes.size()) wide += static_cast<wchar_t>(kEscapedByte + static_cast<unsigned char>(bytes[text++]));
+    at = text;
+  }
+  return wide;
+}
+
+// Escaped bytes are lone surrogates; a surrogate pair (a character past U+FFFF) may end in
+// the same range and is text.
+template <typename ByteOf>
+std::string NameBytes(const std::wstring& wide, ByteOf byteOf) {
+  std::string bytes;
+  std::size_t text = 0;
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    const std::uint32_t unit = static_cast<std::uint32_t>(wide[i]);
+    const bool pairStart = unit >= 0xD800 && unit <= 0xDBFF && i + 1 < wide.size();
+    if (pairStart && static_cast<std::uint32_t>(wide[i + 1]) >= 0xDC00 &&
+        static_cast<std::uint32_t>(wide[i + 1]) <= 0xDFFF) {
+      ++i;
+    } else if (IsEscapedByte(unit)) {
+      bytes += WideToUtf8(wide.substr(text, i - text)) + byteOf(static_cast<unsigned char>(unit - kEscapedByte));
+      text = i + 1;
+    }
+  }
+  return bytes + WideToUtf8(wide.substr(text));
+}
+
+std::string NativePath(const std::wstring& path) {
+  return NameBytes(path, [](unsigned char byte) { return std::string(1, static_cast<char>(byte)); });
+}
+
+PathKind KindOfNativePath(const std::string& path, std::string& whyMissing) {
+  struct stat info;
+  if (::stat(path.c_str(), &info) != 0) {
+    whyMissing = std::strerror(errno);
+    return PathKind::kMissing;
+  }
+  if (S_ISREG(info.st_mode)) return PathKind::kFile;
+  if (S_ISDIR(info.st_mode)) return PathKind::kDirectory;
+  return PathKind::kOther;
+}
+
+// An entry's kind from the listing where the file system gives it, so that a folder of
+// thousands of files costs no question per file; a link is followed to tell a folder.
+PathKind KindOfEntry(const std::string& path, unsigned char type) {
+  if (type == DT_REG) return PathKind::kFile;
+  if (type == DT_DIR) return PathKind::kDirectory;
+  if (type == DT_UNKNOWN) {
+    struct stat info;
+    if (::lstat(path.c_str(), &info) != 0) return PathKind::kMissing;
+    if (!S_ISLNK(info.st_mode))
+      return S_ISREG(info.st_mode) ? PathKind::kFile : S_ISDIR(info.st_mode) ? PathKind::kDirectory : PathKind::kOther;
+  } else if (type != DT_LNK) {
+    return PathKind::kOther;
+  }
+  std::string whyMissing;
+  const PathKind target = KindOfNativePath(path, whyMissing);
+  return target == PathKind::kDirectory ? PathKind::kOther : target;
+}
+
 }  // namespace
+
+std::wstring WidePath(const std::string& path) { return WideName(path); }
+
+std::string ShownPath(const std::wstring& path) {
+  return NameBytes(path, [](unsigned char byte) {
+    const char* const hex = "0123456789ABCDEF";
+    return std::string("\\x") + hex[byte >> 4] + hex[byte & 0xF];
+  });
+}
 
 std::unique_ptr<ByteSource> OpenFileBytes(const std::wstring& path, std::string& error) {
   // Not blocking on open, so that a FIFO in a walked folder cannot hang the walk.
-  const int fd = ::open(WideToUtf8(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  const int fd = ::open(NativePath(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) {
     error = std::strerror(errno);
     return nullptr;
@@ -52,38 +163,33 @@ std::unique_ptr<ByteSource> OpenFileBytes(const std::wstring& path, std::string&
   return std::unique_ptr<ByteSource>(new FileBytes(fd, static_cast<std::uint64_t>(info.st_size)));
 }
 
-PathKind KindOfPath(const std::wstring& path) {
-  struct stat info;
-  if (::stat(WideToUtf8(path).c_str(), &info) != 0) return PathKind::kMissing;
-  if (S_ISREG(info.st_mode)) return PathKind::kFile;
-  if (S_ISDIR(info.st_mode)) return PathKind::kDirectory;
-  return PathKind::kOther;
+PathKind KindOfPath(const std::wstring& path, std::string& whyMissing) {
+  return KindOfNativePath(NativePath(path), whyMissing);
 }
 
 bool ListDirectory(const std::wstring& path, std::vector<DirectoryEntry>& entries, std::string& error) {
-  const std::string folder = WideToUtf8(path);
+  std::string folder = NativePath(path);
   DIR* directory = ::opendir(folder.c_str());
   if (directory == nullptr) {
     error = std::strerror(errno);
     return false;
   }
+  if (folder.empty() || folder.back() != '/') folder += '/';
   entries.clear();
-  while (const dirent* entry = ::readdir(directory)) {
+  for (;;) {
+    errno = 0;
+    const dirent* entry = ::readdir(directory);
+    if (entry == nullptr) break;
     const std::string name = entry->d_name;
     if (name == "." || name == "..") continue;
-    struct stat info;
-    PathKind kind = PathKind::kMissing;
-    if (::lstat((folder + "/" + name).c_str(), &info) == 0) {
-      if (S_ISLNK(info.st_mode)) {
-        kind = KindOfPath(Utf8ToWide(folder + "/" + name));
-        if (kind == PathKind::kDirectory) kind = PathKind::kOther;
-      } else {
-        kind = S_ISREG(info.st_mode) ? PathKind::kFile : S_ISDIR(info.st_mode) ? PathKind::kDirectory : PathKind::kOther;
-      }
-    }
-    entries.push_back(DirectoryEntry{Utf8ToWide(name), kind});
+    entries.push_back(DirectoryEntry{WideName(name), KindOfEntry(folder + name, entry->d_type)});
   }
+  const int readError = errno;
   ::closedir(directory);
+  if (readError != 0) {
+    error = std::strerror(readError);
+    return false;
+  }
   std::sort(entries.begin(), entries.end(),
             [](const DirectoryEntry& a, const DirectoryEntry& b) { return a.name < b.name; });
   return true;

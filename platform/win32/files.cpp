@@ -46,6 +46,14 @@ class FileBytes : public ByteSource {
 
 }  // namespace
 
+std::wstring WidePath(const std::string& path) { return Utf8ToWide(path); }
+
+std::string ShownPath(const std::wstring& path) {
+  std::string shown = WideToUtf8(path);
+  std::replace(shown.begin(), shown.end(), '\\', '/');
+  return shown;
+}
+
 std::unique_ptr<ByteSource> OpenFileBytes(const std::wstring& path, std::string& error) {
   const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                   nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -62,9 +70,12 @@ std::unique_ptr<ByteSource> OpenFileBytes(const std::wstring& path, std::string&
   return std::unique_ptr<ByteSource>(new FileBytes(file, static_cast<std::uint64_t>(size.QuadPart)));
 }
 
-PathKind KindOfPath(const std::wstring& path) {
+PathKind KindOfPath(const std::wstring& path, std::string& whyMissing) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES) return PathKind::kMissing;
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    whyMissing = LastErrorText();
+    return PathKind::kMissing;
+  }
   if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return PathKind::kDirectory;
   if ((attributes & FILE_ATTRIBUTE_DEVICE) != 0) return PathKind::kOther;
   return PathKind::kFile;

@@ -1,6 +1,8 @@
 # Runs the hublet program once and checks what it did.
 #   TOOL      the program; EMULATOR what runs it in a cross-build ("|"-separated)
+#   LAUNCHER  a command that runs it ("|"-separated), before the emulator
 #   ARGS      its arguments, "|"-separated; "<empty>" stands for an empty argument
+#   INPUT     a file for its standard input
 #   STATUS    the exit status expected
 #   GOLDEN    a file that standard output must equal
 #   STDOUT    a pattern that standard output must match; STDERR the same for errors
@@ -9,10 +11,11 @@
 cmake_minimum_required(VERSION 3.25)
 
 string(REPLACE "|" ";" emulator "${EMULATOR}")
+string(REPLACE "|" ";" launcher "${LAUNCHER}")
 string(REPLACE "|" ";" arguments "${ARGS}")
 # Every argument quoted, so that empty ones survive.
 set(command "")
-foreach(part IN LISTS emulator ITEMS "${TOOL}")
+foreach(part IN LISTS launcher emulator ITEMS "${TOOL}")
   string(APPEND command " [==[${part}]==]")
 endforeach()
 foreach(argument IN LISTS arguments)
@@ -21,7 +24,11 @@ foreach(argument IN LISTS arguments)
   endif()
   string(APPEND command " [==[${argument}]==]")
 endforeach()
-cmake_language(EVAL CODE "execute_process(COMMAND ${command} RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)")
+set(input "")
+if(INPUT)
+  set(input "INPUT_FILE [==[${INPUT}]==]")
+endif()
+cmake_language(EVAL CODE "execute_process(COMMAND ${command} ${input} RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)")
 
 set(failed "")
 if(NOT "${status}" STREQUAL "${STATUS}")

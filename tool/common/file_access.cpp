@@ -135,6 +135,18 @@ std::wstring ProfilePath(const std::string& path) {
 #endif
 }
 
+std::FILE* OpenInput(const std::string& path, std::string& error) {
+  if (path == "-") {
+#ifdef _WIN32
+    _setmode(_fileno(stdin), _O_BINARY);
+#endif
+    return stdin;
+  }
+  std::FILE* file = OpenForReading(path);
+  if (file == nullptr) error = std::strerror(errno);
+  return file;
+}
+
 std::string ReadStandardInput() {
 #ifdef _WIN32
   _setmode(_fileno(stdin), _O_BINARY);

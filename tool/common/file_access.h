@@ -36,6 +36,10 @@ class ScratchFile {
 // Everything on standard input, as bytes.
 std::string ReadStandardInput();
 
+// A file to read as bytes, a part at a time ("-": standard input); null with the reason in
+// error when it cannot be opened.
+std::FILE* OpenInput(const std::string& path, std::string& error);
+
 // path as the profile reader of this build needs it. The Windows profile API looks up a
 // bare file name in the Windows folder, so on Windows the path is made absolute.
 std::wstring ProfilePath(const std::string& path);

@@ -2,10 +2,7 @@
 
 #include <cstdio>
 
-#include "platform/byte_source.h"
-#include "platform/wide_text.h"
 #include "tool/common/calendar.h"
-#include "tool/common/command_line.h"
 
 namespace hublet {
 namespace tool {
@@ -20,14 +17,6 @@ bool TakeNumber(const std::wstring& text, std::size_t& at, int& value) {
   return at > start && text[start] != L'0';
 }
 
-bool IsMaxFile(const std::wstring& name) {
-  if (name.size() < 4) return false;
-  std::wstring end = name.substr(name.size() - 4);
-  for (wchar_t& c : end)
-    if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c - L'A' + L'a');
-  return end == L".max";
-}
-
 std::string Irregularity(const SummaryInformation& info) {
   if (!info.title.isText) return info.title.present ? "the title is not text" : "no title";
   if (StampDateAsIso(info.title.value).empty()) return "the title is not a date written as D-M-YYYY";
@@ -35,25 +24,6 @@ std::string Irregularity(const SummaryInformation& info) {
   if (info.subject.value.find(L" on ") == std::wstring::npos) return "the subject is not \"USER on MACHINE\"";
   if (!info.author.isText) return info.author.present ? "the author is not text" : "no author";
   return std::string();
-}
-
-void Walk(const std::wstring& folder, const std::string& shown, bool allFiles, std::vector<SceneStamp>& stamps) {
-  std::vector<DirectoryEntry> entries;
-  std::string error;
-  if (!ListDirectory(folder, entries, error)) {
-    SceneStamp unreadable;
-    unreadable.file = shown;
-    unreadable.note = "cannot list the folder: " + error;
-    stamps.push_back(unreadable);
-    return;
-  }
-  for (const DirectoryEntry& entry : entries) {
-    const std::string path = shown + "/" + WideToUtf8(entry.name);
-    if (entry.kind == PathKind::kDirectory)
-      Walk(folder + L"/" + entry.name, path, allFiles, stamps);
-    else if (entry.kind == PathKind::kFile && (allFiles || IsMaxFile(entry.name)))
-      stamps.push_back(JudgeStamp(path, ReadSummaryInformation(folder + L"/" + entry.name)));
-  }
 }
 
 }  // namespace
@@ -103,26 +73,6 @@ SceneStamp JudgeStamp(const std::string& file, const SummaryInformation& info) {
     stamp.status = stamp.note.empty() ? StampStatus::kStamped : StampStatus::kIrregular;
   if (stamp.status == StampStatus::kNeverStamped) stamp.note.clear();
   return stamp;
-}
-
-std::vector<SceneStamp> ReadStamps(const std::vector<std::string>& paths, bool allFiles) {
-  std::vector<PathKind> kinds;
-  for (const std::string& path : paths) {
-    kinds.push_back(KindOfPath(Utf8ToWide(path)));
-    if (kinds.back() == PathKind::kMissing) throw UsageError("no such file or folder: " + path);
-  }
-  std::vector<SceneStamp> stamps;
-  for (std::size_t i = 0; i < paths.size(); ++i) {
-    std::string path = paths[i];
-    if (kinds[i] == PathKind::kDirectory) {
-      while (path.size() > 1 && (path.back() == '/' || path.back() == '\\')) path.pop_back();
-      Walk(Utf8ToWide(path), path, allFiles, stamps);
-    } else {
-      // A file named is read whatever its name.
-      stamps.push_back(JudgeStamp(path, ReadSummaryInformation(Utf8ToWide(path))));
-    }
-  }
-  return stamps;
 }
 
 }  // namespace tool

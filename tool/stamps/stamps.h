@@ -20,8 +20,11 @@ enum class StampStatus {
 const char* StampStatusName(StampStatus status);
 constexpr int kStampStatusCount = 6;
 
+// One row of the report: a file found, or a folder that could not be listed.
 struct SceneStamp {
-  std::string file;     // as given, or as found under a folder given
+  std::string file;     // as given, or as found under a folder given (ShownPath)
+  bool isFolder = false;  // a folder that could not be listed (status kUnreadable)
+  bool reached = true;    // false: the file or folder could not be opened, so nothing in it was read
   StampStatus status = StampStatus::kUnreadable;
   std::string note;     // why it is irregular or unreadable
   SummaryText saver;     // subject
@@ -35,10 +38,6 @@ SceneStamp JudgeStamp(const std::string& file, const SummaryInformation& info);
 // "D-M-YYYY" as the plug-in writes it (no leading zeros) as "YYYY-MM-DD"; empty when the
 // text is not such a date or not a day of the calendar.
 std::string StampDateAsIso(const std::wstring& text);
-
-// The files named and those under the folders named (by default only "*.max", any case),
-// each read; throws UsageError for a path that does not exist.
-std::vector<SceneStamp> ReadStamps(const std::vector<std::string>& paths, bool allFiles);
 
 }  // namespace tool
 }  // namespace hublet

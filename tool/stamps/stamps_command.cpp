@@ -1,8 +1,12 @@
-#include <algorithm>
-
-#include "tool/common/command_line.h"
-#include "tool/stamps/stamps.h"
 #include "tool/stamps/stamps_command.h"
+
+#include "platform/wide_text.h"
+#include "tool/common/command_line.h"
+#include "tool/common/file_access.h"
+#include "tool/common/shown_text.h"
+#include "tool/stamps/path_list.h"
+#include "tool/stamps/scene_walk.h"
+#include "tool/stamps/stamp_reading.h"
 #include "tool/stamps/stamps_report.h"
 
 namespace hublet {
@@ -11,30 +15,112 @@ namespace {
 
 const char kHelp[] =
     "Usage: hublet stamps PATH... [--format text|json|csv] [--summary] [--all-files]\n"
+    "                     [--jobs N] [--files-from FILE]\n"
     "\n"
     "Reads the save stamps the plug-in writes into scene files (the summary information:\n"
     "subject = who saved last, author = who saved before, title = the date) straight from\n"
     "the files, without 3ds Max, and tells for each file whether it carries a stamp as the\n"
     "plug-in writes it.\n"
     "\n"
-    "  PATH...        scene files, and folders to search (with every folder under them)\n"
-    "  --all-files    in folders, read every file, not only *.max\n"
-    "  --format text  a table for people (default)\n"
-    "  --format json  a \"hublet-stamps/1\" JSON document\n"
-    "  --format csv   comma-separated values with a header line\n"
-    "  --summary      also (with csv: instead) per saver, the files they saved last and\n"
-    "                 their latest save\n"
+    "  PATH...            scene files, and folders to search (with every folder under them)\n"
+    "  --files-from FILE  also the paths in FILE, one a line (\"-\": standard input)\n"
+    "  --all-files        in folders, read every file, not only *.max\n"
+    "  --jobs N           read N files at once (default 16: on network storage each read\n"
+    "                     waits a round trip)\n"
+    "  --format text      a table for people (default)\n"
+    "  --format json      a \"hublet-stamps/1\" JSON document\n"
+    "  --format csv       comma-separated values with a header line\n"
+    "  --summary          also (with csv: instead) per saver, the files they saved last and\n"
+    "                     their latest save\n"
     "\n"
+    "Rows come in the order of the paths, and by name within a folder, whatever N.\n"
     "Statuses: stamped, never-stamped (no title and no subject), irregular (stamped by hand\n"
     "or only partly), not-compound-file, no-summary-information, unreadable (with why).\n"
-    "Exit status: 0 every file stamped, 1 some not, 2 bad usage or a path that does not\n"
-    "exist.\n";
+    "Exit status: 0 every file stamped; 1 some file not, or a folder without scene files;\n"
+    "2 bad usage, or not everything was read (a path that does not exist, a folder that\n"
+    "cannot be listed, a file that cannot be opened).\n";
+
+// Threads that mostly wait on the storage, not on a core: see --help.
+constexpr int kDefaultJobs = 16;
+constexpr int kMostJobs = 256;
+
+// Standard output failed (a pipe closed early, a full disk): the rest of an archive is not
+// read for nothing; the program reports the failure as it ends.
+struct OutputFailed {};
+
+std::string Plural(int count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string ShownInMessage(const std::string& shown) { return Escaped(Utf8ToWide(shown)); }
+
+// Each step of the walk as the report and standard error show it, and what the run could
+// not read, for the closing line and the exit status.
+class StampsRun {
+ public:
+  StampsRun(StampsPrinter& printer, bool allFiles) : printer_(printer), allFiles_(allFiles) {
+    WriteOut(printer_.Begin());
+  }
+
+  void Step(const WalkStep& step, const SceneStamp& fileStamp) {
+    switch (step.kind) {
+      case WalkStep::Kind::kFile: Report(fileStamp); break;
+      case WalkStep::Kind::kUnlistedFolder: Report(UnlistedFolderStamp(step)); break;
+      case WalkStep::Kind::kUnreadablePath:
+        ++unreadPaths_;
+        WriteError("hublet: cannot read " + ShownInMessage(step.shown) + ": " + step.reason + "\n");
+        break;
+      case WalkStep::Kind::kUnreadableList:
+        ++unreadPaths_;
+        WriteError("hublet: " + step.reason + "\n");
+        break;
+      case WalkStep::Kind::kNoSceneFiles:
+        foldersWithoutScenes_ = true;
+        WriteError("hublet: no " + std::string(allFiles_ ? "file" : "scene file (*.max)") + " in " +
+                   ShownInMessage(step.shown) + " or the folders under it\n");
+        break;
+    }
+  }
+
+  int Finish() {
+    WriteOut(printer_.End(tally_));
+    if (unreadFolders_ + unreadFiles_ > 0) {
+      std::string what;
+      if (unreadFolders_ > 0) what = Plural(unreadFolders_, "folder", "folders") + " could not be listed";
+      if (unreadFiles_ > 0)
+        what += (what.empty() ? "" : ", ") + Plural(unreadFiles_, "file", "files") + " could not be opened";
+      WriteError("hublet: not everything was read: " + what + "\n");
+    }
+    if (unreadPaths_ + unreadFolders_ + unreadFiles_ > 0) return kExitUsage;
+    return tally_.AllStamped() && !foldersWithoutScenes_ ? kExitOk : kExitProblems;
+  }
+
+ private:
+  void Report(const SceneStamp& stamp) {
+    tally_.Add(stamp);
+    if (!stamp.reached) ++(stamp.isFolder ? unreadFolders_ : unreadFiles_);
+    WriteOut(printer_.Row(stamp));
+    if (std::ferror(stdout)) throw OutputFailed();
+  }
+
+  StampsPrinter& printer_;
+  const bool allFiles_;
+  StampTally tally_;
+  int unreadPaths_ = 0, unreadFolders_ = 0, unreadFiles_ = 0;
+  bool foldersWithoutScenes_ = false;
+};
+
+struct CloseList {
+  void operator()(std::FILE* list) const {
+    if (list != stdin) std::fclose(list);
+  }
+};
 
 }  // namespace
 
 int RunStampsCommand(const std::vector<std::string>& arguments) {
   ArgumentScanner scanner(arguments);
-  std::string format = "text";
+  std::string format = "text", jobsText, filesFrom;
   bool summary = false, allFiles = false;
   std::vector<std::string> paths;
   while (!scanner.Done()) {
@@ -42,7 +128,9 @@ int RunStampsCommand(const std::vector<std::string>& arguments) {
       WriteOut(kHelp);
       return kExitOk;
     }
-    if (scanner.Option("--format", format)) continue;
+    if (scanner.Option("--format", format) || scanner.Option("--jobs", jobsText) ||
+        scanner.Option("--files-from", filesFrom))
+      continue;
     if (scanner.Flag("--summary")) {
       summary = true;
       continue;
@@ -53,17 +141,29 @@ int RunStampsCommand(const std::vector<std::string>& arguments) {
     }
     paths.push_back(scanner.Positional());
   }
-  if (format != "text" && format != "json" && format != "csv")
-    throw UsageError("--format must be text, json or csv, not \"" + format + "\"");
-  if (paths.empty()) throw UsageError("name the scene files or folders to read");
+  const std::unique_ptr<StampsPrinter> printer = MakeStampsPrinter(format, summary);
+  if (!printer) throw UsageError("--format must be text, json or csv, not \"" + format + "\"");
+  const int jobs = jobsText.empty() ? kDefaultJobs : ParseInt32(jobsText, "--jobs");
+  if (jobs < 1 || jobs > kMostJobs)
+    throw UsageError("--jobs must be from 1 to " + std::to_string(kMostJobs) + ", not " + jobsText);
+  if (paths.empty() && filesFrom.empty()) throw UsageError("name the scene files or folders to read");
+  std::unique_ptr<std::FILE, CloseList> list;
+  if (!filesFrom.empty()) {
+    std::string error;
+    list.reset(OpenInput(filesFrom, error));
+    if (!list) throw UsageError("cannot read " + filesFrom + ": " + error);
+  }
 
-  const std::vector<SceneStamp> stamps = ReadStamps(paths, allFiles);
-  if (format == "json") WriteOut(StampsJson(stamps, summary));
-  else if (format == "csv") WriteOut(StampsCsv(stamps, summary));
-  else WriteOut(StampsText(stamps, summary));
-  const bool allStamped = std::all_of(stamps.begin(), stamps.end(),
-                                      [](const SceneStamp& stamp) { return stamp.status == StampStatus::kStamped; });
-  return allStamped ? kExitOk : kExitProblems;
+  PathList pathList(paths, list.get(), filesFrom == "-" ? "standard input" : filesFrom);
+  SceneWalk walk(pathList, allFiles);
+  StampsRun run(*printer, allFiles);
+  try {
+    ReadInWalkOrder(walk, jobs, OpenFileBytes,
+                    [&run](const WalkStep& step, const SceneStamp& fileStamp) { run.Step(step, fileStamp); });
+  } catch (const OutputFailed&) {
+    return kExitUsage;
+  }
+  return run.Finish();
 }
 
 }  // namespace tool

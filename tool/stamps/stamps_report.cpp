@@ -1,52 +1,16 @@
 #include "tool/stamps/stamps_report.h"
 
 #include <algorithm>
-#include <map>
+#include <vector>
 
 #include "platform/wide_text.h"
 #include "tool/common/json_writer.h"
 #include "tool/common/shown_text.h"
+#include "tool/stamps/stamp_fields.h"
 
 namespace hublet {
 namespace tool {
 namespace {
-
-// Per saver: how many files they saved last, and the latest of those saves.
-struct SaverSummary {
-  std::wstring saver;
-  int files = 0;
-  std::string latestDate;
-  std::string latestFile;
-};
-
-std::vector<SaverSummary> Summarise(const std::vector<SceneStamp>& stamps) {
-  std::map<std::wstring, SaverSummary> bySaver;
-  for (const SceneStamp& stamp : stamps) {
-    if (!stamp.saver.isText) continue;
-    SaverSummary& summary = bySaver[stamp.saver.value];
-    summary.saver = stamp.saver.value;
-    ++summary.files;
-    if (stamp.saveDate > summary.latestDate) {
-      summary.latestDate = stamp.saveDate;
-      summary.latestFile = stamp.file;
-    }
-  }
-  std::vector<SaverSummary> summaries;
-  for (const auto& entry : bySaver) summaries.push_back(entry.second);
-  return summaries;
-}
-
-std::string Counts(const std::vector<SceneStamp>& stamps, bool json) {
-  int counts[kStampStatusCount] = {};
-  for (const SceneStamp& stamp : stamps) ++counts[static_cast<int>(stamp.status)];
-  std::string text;
-  for (int i = 0; i < kStampStatusCount; ++i) {
-    if (!text.empty()) text += ", ";
-    const std::string name = StampStatusName(static_cast<StampStatus>(i));
-    text += json ? JsonString(name) + ": " + std::to_string(counts[i]) : std::to_string(counts[i]) + " " + name;
-  }
-  return text;
-}
 
 // Columns count characters, not bytes: UTF-8 continuation bytes take no room.
 std::size_t Width(const std::string& text) {
@@ -55,27 +19,31 @@ std::size_t Width(const std::string& text) {
   return width;
 }
 
-std::string ShownText(const SummaryText& text) {
-  if (!text.present) return "-";
-  if (!text.isText) return "(not text)";
-  return Quoted(text.value);
+// A line of cells, each but the last padded to its column's width and two spaces; a longer
+// cell pushes the rest of its line along.
+std::string Line(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) {
+  std::string line;
+  for (std::size_t i = 0; i + 1 < cells.size(); ++i)
+    line += cells[i] + std::string(std::max(widths[i], Width(cells[i])) - Width(cells[i]) + 2, ' ');
+  return line + cells.back() + "\n";
 }
 
-std::string Table(const std::vector<std::vector<std::string>>& rows) {
-  std::vector<std::size_t> widths(rows.front().size(), 0);
-  for (const auto& row : rows)
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], Width(row[i]));
+std::string Counts(const StampTally& tally, bool json) {
   std::string text;
-  for (const auto& row : rows) {
-    std::string line;
-    for (std::size_t i = 0; i + 1 < row.size(); ++i) line += row[i] + std::string(widths[i] - Width(row[i]) + 2, ' ');
-    text += line + row.back() + "\n";
+  for (int i = 0; i < kStampStatusCount; ++i) {
+    if (!text.empty()) text += ", ";
+    const StampStatus status = static_cast<StampStatus>(i);
+    const std::string name = StampStatusName(status);
+    const std::string count = std::to_string(tally.Count(status));
+    text += json ? JsonString(name) + ": " + count : count + " " + name;
   }
   return text;
 }
 
-std::string JsonText(const SummaryText& text) {
-  return text.isText ? JsonString(WideToUtf8(text.value)) : "null";
+std::string ShownText(const SummaryText& text) {
+  if (!text.present) return "-";
+  if (!text.isText) return "(not text)";
+  return Quoted(text.value);
 }
 
 std::string JsonOrNull(const std::string& text) { return text.empty() ? "null" : JsonString(text); }
@@ -87,67 +55,117 @@ std::string CsvField(const std::string& text) {
   return quoted + "\"";
 }
 
-std::string CsvText(const SummaryText& text) { return text.isText ? CsvField(WideToUtf8(text.value)) : std::string(); }
-
-}  // namespace
-
-std::string StampsText(const std::vector<SceneStamp>& stamps, bool summary) {
-  std::vector<std::vector<std::string>> rows = {{"STATUS", "SAVED", "SAVER", "PREVIOUS", "FILE"}};
-  for (const SceneStamp& stamp : stamps) {
+// Rows are printed before the longest is known, so the columns have fixed widths: every
+// status, a date, and a saver of 24 characters fit.
+class TextPrinter : public StampsPrinter {
+ public:
+  explicit TextPrinter(bool summary) : summary_(summary) {}
+  std::string Begin() override { return std::string(); }
+  std::string Row(const SceneStamp& stamp) override {
+    std::string text = rows_++ == 0 ? Line({"STATUS", "SAVED", "SAVER", "PREVIOUS", "FILE"}, columnWidths_) : "";
     const std::string saved = !stamp.saveDate.empty() ? stamp.saveDate : ShownText(stamp.savedAs);
-    rows.push_back({StampStatusName(stamp.status), saved, ShownText(stamp.saver), ShownText(stamp.previous),
-                    Escaped(Utf8ToWide(stamp.file)) + (stamp.note.empty() ? "" : "  (" + stamp.note + ")")});
+    return text + Line({StampStatusName(stamp.status), saved, ShownText(stamp.saver), ShownText(stamp.previous),
+                        Escaped(Utf8ToWide(stamp.file)) + (stamp.note.empty() ? "" : "  (" + stamp.note + ")")},
+                       columnWidths_);
   }
-  std::string text = stamps.empty() ? std::string() : Table(rows);
-  text += std::to_string(stamps.size()) + (stamps.size() == 1 ? " file: " : " files: ") + Counts(stamps, false) + "\n";
-  if (summary) {
+  std::string End(const StampTally& tally) override {
+    std::string text = std::to_string(tally.Files()) + (tally.Files() == 1 ? " file" : " files");
+    if (tally.Folders() > 0)
+      text += " and " + std::to_string(tally.Folders()) + (tally.Folders() == 1 ? " folder" : " folders");
+    text += ": " + Counts(tally, false) + "\n";
+    if (!summary_) return text;
+    // The savers are all known here, so their table fits its widest cells.
     std::vector<std::vector<std::string>> savers = {{"FILES", "LATEST", "SAVER", "LATEST FILE"}};
-    for (const SaverSummary& saver : Summarise(stamps))
+    for (const SaverSummary& saver : tally.Savers())
       savers.push_back({std::to_string(saver.files), saver.latestDate.empty() ? "-" : saver.latestDate,
-                        Quoted(saver.saver),
-                        saver.latestFile.empty() ? "-" : Escaped(Utf8ToWide(saver.latestFile))});
-    text += "\nLast saved by:\n" + Table(savers);
+                        Quoted(saver.saver), saver.latestFile.empty() ? "-" : Escaped(Utf8ToWide(saver.latestFile))});
+    std::vector<std::size_t> widths(savers.front().size(), 0);
+    for (const auto& row : savers)
+      for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], Width(row[i]));
+    text += "\nLast saved by:\n";
+    for (const auto& row : savers) text += Line(row, widths);
+    return text;
   }
-  return text;
-}
 
-std::string StampsJson(const std::vector<SceneStamp>& stamps, bool summary) {
-  std::string json = "{\n  \"schema\": \"hublet-stamps/1\",\n  \"files\": [";
-  for (std::size_t i = 0; i < stamps.size(); ++i) {
-    const SceneStamp& stamp = stamps[i];
-    json += std::string(i == 0 ? "" : ",") + "\n    {\"file\": " + JsonString(stamp.file) +
-            ", \"status\": " + JsonString(StampStatusName(stamp.status)) + ", \"saver\": " + JsonText(stamp.saver) +
-            ", \"previousSaver\": " + JsonText(stamp.previous) + ", \"savedAs\": " + JsonText(stamp.savedAs) +
-            ", \"saveDate\": " + JsonOrNull(stamp.saveDate) + ", \"note\": " + JsonOrNull(stamp.note) + "}";
-  }
-  json += std::string(stamps.empty() ? "" : "\n  ") + "],\n  \"counts\": {" + Counts(stamps, true) + "}";
-  if (summary) {
-    json += ",\n  \"savers\": [";
-    const std::vector<SaverSummary> savers = Summarise(stamps);
-    for (std::size_t i = 0; i < savers.size(); ++i)
-      json += std::string(i == 0 ? "" : ",") + "\n    {\"saver\": " + JsonString(WideToUtf8(savers[i].saver)) +
-              ", \"files\": " + std::to_string(savers[i].files) + ", \"latestSaveDate\": " +
-              JsonOrNull(savers[i].latestDate) + ", \"latestFile\": " + JsonOrNull(savers[i].latestFile) + "}";
-    json += std::string(savers.empty() ? "" : "\n  ") + "]";
-  }
-  return json + "\n}\n";
-}
+ private:
+  const std::vector<std::size_t> columnWidths_ = {22, 12, 26, 26, 0};
+  const bool summary_;
+  int rows_ = 0;
+};
 
-std::string StampsCsv(const std::vector<SceneStamp>& stamps, bool summary) {
-  std::string csv;
-  if (summary) {
-    csv = "saver,files,latest_save_date,latest_file\r\n";
-    for (const SaverSummary& saver : Summarise(stamps))
+class JsonPrinter : public StampsPrinter {
+ public:
+  explicit JsonPrinter(bool summary) : summary_(summary) {}
+  std::string Begin() override { return "{\n  \"schema\": \"hublet-stamps/1\",\n  \"files\": ["; }
+  std::string Row(const SceneStamp& stamp) override {
+    std::string json = std::string(rows_++ == 0 ? "" : ",") + "\n    {";
+    const char* separator = "";
+    for (const StampField& field : StampFields()) {
+      const FieldValue value = field.value(stamp);
+      json += separator + JsonString(field.jsonName) + ": " + (value.present ? JsonString(value.text) : "null");
+      separator = ", ";
+    }
+    return json + "}";
+  }
+  std::string End(const StampTally& tally) override {
+    std::string json = std::string(rows_ == 0 ? "" : "\n  ") + "],\n  \"counts\": {" + Counts(tally, true) + "}";
+    if (summary_) {
+      json += ",\n  \"savers\": [";
+      const std::vector<SaverSummary> savers = tally.Savers();
+      for (std::size_t i = 0; i < savers.size(); ++i)
+        json += std::string(i == 0 ? "" : ",") + "\n    {\"saver\": " + JsonString(WideToUtf8(savers[i].saver)) +
+                ", \"files\": " + std::to_string(savers[i].files) + ", \"latestSaveDate\": " +
+                JsonOrNull(savers[i].latestDate) + ", \"latestFile\": " + JsonOrNull(savers[i].latestFile) + "}";
+      json += std::string(savers.empty() ? "" : "\n  ") + "]";
+    }
+    return json + "\n}\n";
+  }
+
+ private:
+  const bool summary_;
+  int rows_ = 0;
+};
+
+// With the summary, the CSV is the summary's table instead of the files'.
+class CsvPrinter : public StampsPrinter {
+ public:
+  explicit CsvPrinter(bool summary) : summary_(summary) {}
+  std::string Begin() override {
+    if (summary_) return std::string();
+    std::string header;
+    for (const StampField& field : StampFields()) header += std::string(header.empty() ? "" : ",") + field.csvName;
+    return header + "\r\n";
+  }
+  std::string Row(const SceneStamp& stamp) override {
+    if (summary_) return std::string();
+    std::string line;
+    const char* separator = "";
+    for (const StampField& field : StampFields()) {
+      line += separator + CsvField(field.value(stamp).text);
+      separator = ",";
+    }
+    return line + "\r\n";
+  }
+  std::string End(const StampTally& tally) override {
+    if (!summary_) return std::string();
+    std::string csv = "saver,files,latest_save_date,latest_file\r\n";
+    for (const SaverSummary& saver : tally.Savers())
       csv += CsvField(WideToUtf8(saver.saver)) + "," + std::to_string(saver.files) + "," + saver.latestDate + "," +
              CsvField(saver.latestFile) + "\r\n";
     return csv;
   }
-  csv = "file,status,saver,previous_saver,saved_as,save_date,note\r\n";
-  for (const SceneStamp& stamp : stamps)
-    csv += CsvField(stamp.file) + "," + StampStatusName(stamp.status) + "," + CsvText(stamp.saver) + "," +
-           CsvText(stamp.previous) + "," + CsvText(stamp.savedAs) + "," + stamp.saveDate + "," +
-           CsvField(stamp.note) + "\r\n";
-  return csv;
+
+ private:
+  const bool summary_;
+};
+
+}  // namespace
+
+std::unique_ptr<StampsPrinter> MakeStampsPrinter(const std::string& format, bool summary) {
+  if (format == "text") return std::unique_ptr<StampsPrinter>(new TextPrinter(summary));
+  if (format == "json") return std::unique_ptr<StampsPrinter>(new JsonPrinter(summary));
+  if (format == "csv") return std::unique_ptr<StampsPrinter>(new CsvPrinter(summary));
+  return nullptr;
 }
 
 }  // namespace tool

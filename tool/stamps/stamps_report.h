@@ -1,18 +1,27 @@
 #pragma once
-// The outputs of hublet stamps: a table for people, JSON ("hublet-stamps/1") and CSV, each
-// with the savers' summary on request.
+// The outputs of hublet stamps: a table for people, JSON ("hublet-stamps/1") and CSV. Each
+// row is written as its file is read; the end (counts, the savers' summary) comes from the
+// tally of all rows.
+#include <memory>
 #include <string>
-#include <vector>
 
+#include "tool/stamps/stamp_tally.h"
 #include "tool/stamps/stamps.h"
 
 namespace hublet {
 namespace tool {
 
-std::string StampsText(const std::vector<SceneStamp>& stamps, bool summary);
-std::string StampsJson(const std::vector<SceneStamp>& stamps, bool summary);
-// With summary, the summary's table instead of the files'.
-std::string StampsCsv(const std::vector<SceneStamp>& stamps, bool summary);
+class StampsPrinter {
+ public:
+  virtual ~StampsPrinter() = default;
+  virtual std::string Begin() = 0;
+  virtual std::string Row(const SceneStamp& stamp) = 0;
+  virtual std::string End(const StampTally& tally) = 0;
+};
+
+// format: "text", "json" or "csv"; summary: the savers' summary at the end (in CSV instead
+// of the rows). Null for another format.
+std::unique_ptr<StampsPrinter> MakeStampsPrinter(const std::string& format, bool summary);
 
 }  // namespace tool
 }  // namespace hublet

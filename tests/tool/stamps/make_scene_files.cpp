@@ -1,8 +1,15 @@
-// Writes the scene files that the hublet stamps tests read: one of each status, in two
-// folders. Usage: make_scene_files FOLDER
+// Writes the scene files that the hublet stamps tests read: in scenes/, one of each status
+// and the irregular stamps and savers worth a test, read alike by every build; on POSIX
+// also a file whose name is not UTF-8, and a folder tree with parts one cannot read.
+// Usage: make_scene_files FOLDER (which holds scenes/shot010, shot020 and shot030)
 #include <cstdio>
 #include <string>
 #include <vector>
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 #include "tests/support/compound_builder.h"
 
@@ -27,6 +34,28 @@ std::vector<RawProperty> Stamp(const std::u16string& date, const std::u16string&
   return {Utf16Property(2, date), Utf16Property(3, saver), Utf16Property(4, previous)};
 }
 
+#ifndef _WIN32
+// names/ holds a Latin-1 name, as a Windows share mounted without a character set shows
+// it, and names.list names it; audit/ holds a folder that cannot be listed, one that can
+// be listed but not entered, and a link to nothing.
+bool WritePosixOnly(const std::string& folder, const std::string& stamped) {
+  const std::string latin1 = folder + "/names/caf\xe9.max";
+  const std::string audit = folder + "/audit";
+  ::mkdir((folder + "/names").c_str(), 0755);
+  ::mkdir(audit.c_str(), 0755);
+  for (const char* locked : {"/locked", "/no-entry"}) {
+    ::mkdir((audit + locked).c_str(), 0755);
+    ::chmod((audit + locked).c_str(), 0755);  // a run before left it locked
+  }
+  ::unlink((audit + "/gone.max").c_str());
+  const bool written = Write(latin1, stamped) && Write(folder + "/names.list", "names/caf\xe9.max\n") &&
+                       Write(audit + "/ok.max", stamped) && Write(audit + "/locked/hidden.max", stamped) &&
+                       Write(audit + "/no-entry/a.max", stamped) &&
+                       ::symlink("nowhere.max", (audit + "/gone.max").c_str()) == 0;
+  return written && ::chmod((audit + "/locked").c_str(), 0) == 0 && ::chmod((audit + "/no-entry").c_str(), 0444) == 0;
+}
+#endif
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -45,18 +74,27 @@ int main(int argc, char** argv) {
     const char* name;
     std::string bytes;
   } files[] = {
-      {"/shot010/anim.max", stamped},
-      {"/shot010/light.max", Scene(Stamp(u"14-11-2026", u"bob on WS12", u"anna on RENDER07"))},
-      {"/shot010/FX.MAX", Scene({CodePageIdProperty(65001), CodePageProperty(2, "29-2-2024"),
-                                 CodePageProperty(3, "j\xc3\xb6rg on WS03"), CodePageProperty(4, "bob on WS12")})},
-      {"/shot020/never.max", Scene({})},
-      {"/shot020/by-hand.max", Scene({Utf16Property(2, u"Final"), Utf16Property(4, u"Studio")})},
-      {"/shot020/partly.max", Scene({Utf16Property(2, u"05-11-2026")})},
-      {"/shot020/notes.txt", "not a scene\n"},
-      {"/shot020/text.max", "not a scene\n"},
-      {"/shot020/no-summary.max", BuildCompoundFile({{u"Scene", "s", 0}}).FullBytes()},
-      {"/shot020/cut.max", stamped.substr(0, 1500)},
-      {"/shot020/loop.max", looping.FullBytes()},
+      {"/scenes/shot010/anim.max", stamped},
+      {"/scenes/shot010/light.max", Scene(Stamp(u"14-11-2026", u"bob on WS12", u"anna on RENDER07"))},
+      {"/scenes/shot010/FX.MAX", Scene({CodePageIdProperty(65001), CodePageProperty(2, "29-2-2024"),
+                                        CodePageProperty(3, "j\xc3\xb6rg on WS03"), CodePageProperty(4, "bob on WS12")})},
+      {"/scenes/shot020/never.max", Scene({})},
+      {"/scenes/shot020/by-hand.max", Scene({Utf16Property(2, u"Final"), Utf16Property(4, u"Studio")})},
+      {"/scenes/shot020/partly.max", Scene({Utf16Property(2, u"05-11-2026")})},
+      {"/scenes/shot020/notes.txt", "not a scene\n"},
+      {"/scenes/shot020/text.max", "not a scene\n"},
+      {"/scenes/shot020/no-summary.max", BuildCompoundFile({{u"Scene", "s", 0}}).FullBytes()},
+      {"/scenes/shot020/cut.max", stamped.substr(0, 1500)},
+      {"/scenes/shot020/loop.max", looping.FullBytes()},
+      {"/scenes/shot030/no-on.max", Scene(Stamp(u"2-3-2025", u"anna@RENDER07", u"anna on RENDER07"))},
+      {"/scenes/shot030/no-title.max", Scene({Utf16Property(3, u"bob on WS12"), Utf16Property(4, u"anna on RENDER07")})},
+      // A quote and commas, which CSV must quote.
+      {"/scenes/shot030/quoted.max", Scene(Stamp(u"1-4-2025", u"\"Ana, the boss\" on WS,07", u"anna on RENDER07"))},
+      // Two saves by one saver on one day, and an older one after them.
+      {"/scenes/shot030/day-a.max", Scene(Stamp(u"9-9-2025", u"cleo on WS05", u"bob on WS12"))},
+      {"/scenes/shot030/day-b.max", Scene(Stamp(u"9-9-2025", u"cleo on WS05", u"anna on RENDER07"))},
+      {"/scenes/shot030/day-c.max", Scene(Stamp(u"8-9-2025", u"cleo on WS05", u"cleo on WS05"))},
+      {"/empty/textures/wood.png", "not a scene\n"},
   };
   for (const auto& file : files) {
     if (!Write(folder + file.name, file.bytes)) {
@@ -64,5 +102,11 @@ int main(int argc, char** argv) {
       return 1;
     }
   }
+#ifndef _WIN32
+  if (!WritePosixOnly(folder, stamped)) {
+    std::fprintf(stderr, "make_scene_files: cannot write the POSIX-only files under %s\n", folder.c_str());
+    return 1;
+  }
+#endif
   return 0;
 }
