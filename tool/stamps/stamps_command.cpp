@@ -44,8 +44,8 @@ const char kHelp[] =
 constexpr int kDefaultJobs = 16;
 constexpr int kMostJobs = 256;
 
-// Standard output failed (a pipe closed early, a full disk): the rest of an archive is not
-// read for nothing; the program reports the failure as it ends.
+// Standard output failed (a full disk; a closed pipe ends the program at once): the rest of
+// an archive is not read for nothing; the program reports the failure as it ends.
 struct OutputFailed {};
 
 std::string Plural(int count, const char* one, const char* many) {
