@@ -23,6 +23,10 @@ const std::vector<StampField>& StampFields() {
       {"savedAs", "saved_as", [](const SceneStamp& stamp) { return FileText(stamp.savedAs); }},
       {"saveDate", "save_date", [](const SceneStamp& stamp) { return TextOrNone(stamp.saveDate); }},
       {"note", "note", [](const SceneStamp& stamp) { return TextOrNone(stamp.note); }},
+      // 3ds Max's own, last so that CSV readers of the columns before find them where they were.
+      {"lastSavedBy", "last_saved_by", [](const SceneStamp& stamp) { return FileText(stamp.lastSavedBy); }},
+      {"lastSaved", "last_saved", [](const SceneStamp& stamp) { return TextOrNone(IsoTime(stamp.lastSaved)); }},
+      {"created", "created", [](const SceneStamp& stamp) { return TextOrNone(IsoTime(stamp.created)); }},
   };
   return fields;
 }

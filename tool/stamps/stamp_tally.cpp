@@ -3,17 +3,33 @@
 namespace hublet {
 namespace tool {
 
+const char* SaverSourceName(SaverSource source) { return source == SaverSource::kStamp ? "stamp" : "3ds-max"; }
+
 void StampTally::Add(const SceneStamp& stamp) {
   ++(stamp.isFolder ? folders_ : files_);
   ++counts_[static_cast<int>(stamp.status)];
-  if (!stamp.saver.isText) return;
-  SaverSummary& summary = savers_[stamp.saver.value];
-  summary.saver = stamp.saver.value;
+  SaverSource source;
+  std::wstring saver;
+  std::string saved;
+  if (stamp.status == StampStatus::kStamped) {
+    source = SaverSource::kStamp;
+    saver = stamp.saver.value;
+    saved = stamp.saveDate;
+  } else if (stamp.lastSavedBy.isText && !stamp.lastSavedBy.value.empty()) {
+    source = SaverSource::kMax;
+    saver = stamp.lastSavedBy.value;
+    saved = IsoTime(stamp.lastSaved);
+  } else {
+    return;
+  }
+  SaverSummary& summary = savers_[std::make_pair(saver, source)];
+  summary.saver = saver;
+  summary.source = source;
   ++summary.files;
-  // A stamp holds the day only: of two saves on one day, the first file in the report
+  // Of two saves at one time (a stamp holds only the day), the first file in the report
   // stays the latest, so the answer does not depend on how the files were read.
-  if (stamp.saveDate > summary.latestDate) {
-    summary.latestDate = stamp.saveDate;
+  if (saved > summary.latest) {
+    summary.latest = saved;
     summary.latestFile = stamp.file;
   }
 }

@@ -4,6 +4,7 @@
 // files they saved last.
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tool/stamps/stamps.h"
@@ -11,11 +12,18 @@
 namespace hublet {
 namespace tool {
 
+// Where a file's last saver is read from: a stamp that still holds ("anna on RENDER07"),
+// else 3ds Max's last saver ("anna"), which every save records.
+enum class SaverSource { kStamp, kMax };
+const char* SaverSourceName(SaverSource source);
+
 struct SaverSummary {
   std::wstring saver;
+  SaverSource source = SaverSource::kStamp;
   int files = 0;
-  std::string latestDate;  // ISO, empty when none of their files has a date
-  std::string latestFile;  // of the latest date; of several on that day, the first in the report
+  std::string latest;      // ISO: a stamp's date, or 3ds Max's last save (UTC); empty when none is known
+  std::string latestFile;  // of the latest; of several on that day or second, the first in the report
+  std::string LatestDate() const { return latest.substr(0, 10); }
 };
 
 class StampTally {
@@ -26,14 +34,14 @@ class StampTally {
   int Folders() const { return folders_; }
   int Count(StampStatus status) const { return counts_[static_cast<int>(status)]; }
   bool AllStamped() const { return Count(StampStatus::kStamped) == files_ + folders_; }
-  // Sorted by saver.
+  // Sorted by saver, then source.
   std::vector<SaverSummary> Savers() const;
 
  private:
   int files_ = 0;
   int folders_ = 0;
   int counts_[kStampStatusCount] = {};
-  std::map<std::wstring, SaverSummary> savers_;
+  std::map<std::pair<std::wstring, SaverSource>, SaverSummary> savers_;
 };
 
 }  // namespace tool

@@ -2,7 +2,9 @@
 
 #include <cstdio>
 
+#include "platform/file_time.h"
 #include "tool/common/calendar.h"
+#include "tool/stamps/stale_stamp.h"
 
 namespace hublet {
 namespace tool {
@@ -31,6 +33,7 @@ std::string Irregularity(const SummaryInformation& info) {
 const char* StampStatusName(StampStatus status) {
   switch (status) {
     case StampStatus::kStamped: return "stamped";
+    case StampStatus::kStale: return "stale";
     case StampStatus::kNeverStamped: return "never-stamped";
     case StampStatus::kIrregular: return "irregular";
     case StampStatus::kNotCompoundFile: return "not-compound-file";
@@ -52,6 +55,8 @@ std::string StampDateAsIso(const std::wstring& text) {
   return iso;
 }
 
+std::string IsoTime(const FileTime& time) { return time.isTime ? FileTimeToIso8601(time.ticks) : std::string(); }
+
 SceneStamp JudgeStamp(const std::string& file, const SummaryInformation& info) {
   SceneStamp stamp;
   stamp.file = file;
@@ -59,6 +64,9 @@ SceneStamp JudgeStamp(const std::string& file, const SummaryInformation& info) {
   stamp.saver = info.subject;
   stamp.previous = info.author;
   stamp.savedAs = info.title;
+  stamp.lastSavedBy = info.lastSavedBy;
+  stamp.lastSaved = info.lastSaved;
+  stamp.created = info.created;
   if (info.title.isText) stamp.saveDate = StampDateAsIso(info.title.value);
   switch (info.status) {
     case SummaryStatus::kNotCompoundFile: stamp.status = StampStatus::kNotCompoundFile; return stamp;
@@ -72,6 +80,10 @@ SceneStamp JudgeStamp(const std::string& file, const SummaryInformation& info) {
   else
     stamp.status = stamp.note.empty() ? StampStatus::kStamped : StampStatus::kIrregular;
   if (stamp.status == StampStatus::kNeverStamped) stamp.note.clear();
+  if (stamp.status == StampStatus::kStamped) {
+    stamp.note = WhyStale(info.subject.value, stamp.saveDate, info.lastSavedBy, info.lastSaved);
+    if (!stamp.note.empty()) stamp.status = StampStatus::kStale;
+  }
   return stamp;
 }
 

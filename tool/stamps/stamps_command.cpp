@@ -19,8 +19,10 @@ const char kHelp[] =
     "\n"
     "Reads the save stamps the plug-in writes into scene files (the summary information:\n"
     "subject = who saved last, author = who saved before, title = the date) straight from\n"
-    "the files, without 3ds Max, and tells for each file whether it carries a stamp as the\n"
-    "plug-in writes it.\n"
+    "the files, without 3ds Max, beside what 3ds Max records on every save (the account\n"
+    "that saved last, the times of the last save and of the creation, UTC), and tells for\n"
+    "each file whether it carries a stamp as the plug-in writes it, and whether it still\n"
+    "holds.\n"
     "\n"
     "  PATH...            scene files, and folders to search (with every folder under them)\n"
     "  --files-from FILE  also the paths in FILE, one a line (\"-\": standard input)\n"
@@ -31,14 +33,16 @@ const char kHelp[] =
     "  --format json      a \"hublet-stamps/1\" JSON document\n"
     "  --format csv       comma-separated values with a header line\n"
     "  --summary          also (with csv: instead) per saver, the files they saved last and\n"
-    "                     their latest save\n"
+    "                     their latest save; the saver is the stamp's where it holds, else\n"
+    "                     3ds Max's\n"
     "\n"
     "Rows come in the order of the paths, and by name within a folder, whatever N.\n"
-    "Statuses: stamped, never-stamped (no title and no subject), irregular (stamped by hand\n"
+    "Statuses: stamped, stale (stamped, but 3ds Max records a save since by another user or\n"
+    "on another day), never-stamped (no title and no subject), irregular (stamped by hand\n"
     "or only partly), not-compound-file, no-summary-information, unreadable (with why).\n"
-    "Exit status: 0 every file stamped; 1 some file not, or a folder without scene files;\n"
-    "2 bad usage, or not everything was read (a path that does not exist, a folder that\n"
-    "cannot be listed, a file that cannot be opened).\n";
+    "Exit status: 0 every file stamped; 1 some file not (or stale), or a folder without\n"
+    "scene files; 2 bad usage, or not everything was read (a path that does not exist, a\n"
+    "folder that cannot be listed, a file that cannot be opened).\n";
 
 // Threads that mostly wait on the storage, not on a core: see --help.
 constexpr int kDefaultJobs = 16;

@@ -46,6 +46,12 @@ std::string ShownText(const SummaryText& text) {
   return Quoted(text.value);
 }
 
+std::string ShownTime(const FileTime& time) {
+  if (!time.present) return "-";
+  const std::string iso = IsoTime(time);
+  return iso.empty() ? "(not a time)" : iso;
+}
+
 std::string JsonOrNull(const std::string& text) { return text.empty() ? "null" : JsonString(text); }
 
 std::string CsvField(const std::string& text) {
@@ -56,15 +62,19 @@ std::string CsvField(const std::string& text) {
 }
 
 // Rows are printed before the longest is known, so the columns have fixed widths: every
-// status, a date, and a saver of 24 characters fit.
+// status, a date, a saver of 24 characters, a Windows account name (20 at most) and a time.
 class TextPrinter : public StampsPrinter {
  public:
   explicit TextPrinter(bool summary) : summary_(summary) {}
   std::string Begin() override { return std::string(); }
   std::string Row(const SceneStamp& stamp) override {
-    std::string text = rows_++ == 0 ? Line({"STATUS", "SAVED", "SAVER", "PREVIOUS", "FILE"}, columnWidths_) : "";
+    std::string text = rows_++ == 0 ? Line({"STATUS", "STAMP DATE", "STAMP SAVER", "PREVIOUS", "LAST SAVED BY",
+                                            "LAST SAVED", "CREATED", "FILE"},
+                                           columnWidths_)
+                                    : "";
     const std::string saved = !stamp.saveDate.empty() ? stamp.saveDate : ShownText(stamp.savedAs);
     return text + Line({StampStatusName(stamp.status), saved, ShownText(stamp.saver), ShownText(stamp.previous),
+                        ShownText(stamp.lastSavedBy), ShownTime(stamp.lastSaved), ShownTime(stamp.created),
                         Escaped(Utf8ToWide(stamp.file)) + (stamp.note.empty() ? "" : "  (" + stamp.note + ")")},
                        columnWidths_);
   }
@@ -75,10 +85,11 @@ class TextPrinter : public StampsPrinter {
     text += ": " + Counts(tally, false) + "\n";
     if (!summary_) return text;
     // The savers are all known here, so their table fits its widest cells.
-    std::vector<std::vector<std::string>> savers = {{"FILES", "LATEST", "SAVER", "LATEST FILE"}};
+    std::vector<std::vector<std::string>> savers = {{"FILES", "LATEST", "SOURCE", "SAVER", "LATEST FILE"}};
     for (const SaverSummary& saver : tally.Savers())
-      savers.push_back({std::to_string(saver.files), saver.latestDate.empty() ? "-" : saver.latestDate,
-                        Quoted(saver.saver), saver.latestFile.empty() ? "-" : Escaped(Utf8ToWide(saver.latestFile))});
+      savers.push_back({std::to_string(saver.files), saver.latest.empty() ? "-" : saver.LatestDate(),
+                        SaverSourceName(saver.source), Quoted(saver.saver),
+                        saver.latestFile.empty() ? "-" : Escaped(Utf8ToWide(saver.latestFile))});
     std::vector<std::size_t> widths(savers.front().size(), 0);
     for (const auto& row : savers)
       for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], Width(row[i]));
@@ -88,7 +99,7 @@ class TextPrinter : public StampsPrinter {
   }
 
  private:
-  const std::vector<std::size_t> columnWidths_ = {22, 12, 26, 26, 0};
+  const std::vector<std::size_t> columnWidths_ = {22, 12, 26, 26, 22, 20, 20, 0};
   const bool summary_;
   int rows_ = 0;
 };
@@ -114,8 +125,9 @@ class JsonPrinter : public StampsPrinter {
       const std::vector<SaverSummary> savers = tally.Savers();
       for (std::size_t i = 0; i < savers.size(); ++i)
         json += std::string(i == 0 ? "" : ",") + "\n    {\"saver\": " + JsonString(WideToUtf8(savers[i].saver)) +
-                ", \"files\": " + std::to_string(savers[i].files) + ", \"latestSaveDate\": " +
-                JsonOrNull(savers[i].latestDate) + ", \"latestFile\": " + JsonOrNull(savers[i].latestFile) + "}";
+                ", \"source\": " + JsonString(SaverSourceName(savers[i].source)) + ", \"files\": " +
+                std::to_string(savers[i].files) + ", \"latestSaveDate\": " + JsonOrNull(savers[i].LatestDate()) +
+                ", \"latestFile\": " + JsonOrNull(savers[i].latestFile) + "}";
       json += std::string(savers.empty() ? "" : "\n  ") + "]";
     }
     return json + "\n}\n";
@@ -148,10 +160,11 @@ class CsvPrinter : public StampsPrinter {
   }
   std::string End(const StampTally& tally) override {
     if (!summary_) return std::string();
-    std::string csv = "saver,files,latest_save_date,latest_file\r\n";
+    // The source last, so that readers of the columns before find them where they were.
+    std::string csv = "saver,files,latest_save_date,latest_file,source\r\n";
     for (const SaverSummary& saver : tally.Savers())
-      csv += CsvField(WideToUtf8(saver.saver)) + "," + std::to_string(saver.files) + "," + saver.latestDate + "," +
-             CsvField(saver.latestFile) + "\r\n";
+      csv += CsvField(WideToUtf8(saver.saver)) + "," + std::to_string(saver.files) + "," + saver.LatestDate() + "," +
+             CsvField(saver.latestFile) + "," + SaverSourceName(saver.source) + "\r\n";
     return csv;
   }
 

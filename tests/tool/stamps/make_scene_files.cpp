@@ -1,7 +1,9 @@
 // Writes the scene files that the hublet stamps tests read: in scenes/, one of each status
-// and the irregular stamps and savers worth a test, read alike by every build; on POSIX
+// and the irregular stamps and savers worth a test, read alike by every build (shot040
+// laid out as 3ds Max lays out its files, with what 3ds Max records beside a stamp); on POSIX
 // also a file whose name is not UTF-8, and a folder tree with parts one cannot read.
 // Usage: make_scene_files FOLDER (which holds scenes/shot010, shot020 and shot030)
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -32,6 +34,30 @@ std::string Scene(const std::vector<RawProperty>& properties) {
 
 std::vector<RawProperty> Stamp(const std::u16string& date, const std::u16string& saver, const std::u16string& previous) {
   return {Utf16Property(2, date), Utf16Property(3, saver), Utf16Property(4, previous)};
+}
+
+// 3ds Max's own properties of a scene: its last saver (8, none when null), its creation
+// (12) and its last save (13, none when 0).
+struct MaxSave {
+  const char* lastSavedBy;
+  std::uint64_t created, lastSaved;
+};
+
+std::string MaxScene(const std::vector<RawProperty>& stamp, const MaxSave& save) {
+  std::vector<RawProperty> properties;
+  for (const RawProperty& property : MaxSummary(stamp)) {
+    if (property.id == 8 && save.lastSavedBy != nullptr) properties.push_back(CodePageProperty(8, save.lastSavedBy));
+    if (property.id == 12) properties.push_back(FileTimeProperty(12, save.created));
+    if (property.id == 13 && save.lastSaved != 0) properties.push_back(FileTimeProperty(13, save.lastSaved));
+    if (property.id != 8 && property.id != 12 && property.id != 13) properties.push_back(property);
+  }
+  return MaxSceneFile(SummarySet(properties)).FullBytes();
+}
+
+// FILETIMEs around the stamp date 3-7-2020: hours from 2020-07-03T00:00Z.
+std::uint64_t July3(int hours, int minutes = 0) {
+  const std::int64_t minutesFromMidnight = std::int64_t{hours} * 60 + minutes;
+  return static_cast<std::uint64_t>(132382080000000000 + minutesFromMidnight * 600000000);
 }
 
 #ifndef _WIN32
@@ -69,6 +95,7 @@ int main(int argc, char** argv) {
   commented.insert(commented.begin(), Utf16Property(6, std::u16string(3000, u'c')));
   CompoundImage looping = BuildCompoundFile({{kSummary, SummarySet(commented), 0}});
   PutLe32(looping.bytes, looping.FatEntryOffset(looping.streamStarts[0] + 1), looping.streamStarts[0]);
+  const std::vector<RawProperty> annaStamp = Stamp(u"3-7-2020", u"anna on RENDER07", u"bob on WS12");
   const std::string stamped = Scene(Stamp(u"3-7-2020", u"anna on RENDER07", u"anna on RENDER07"));
   const struct {
     const char* name;
@@ -94,6 +121,30 @@ int main(int argc, char** argv) {
       {"/scenes/shot030/day-a.max", Scene(Stamp(u"9-9-2025", u"cleo on WS05", u"bob on WS12"))},
       {"/scenes/shot030/day-b.max", Scene(Stamp(u"9-9-2025", u"cleo on WS05", u"anna on RENDER07"))},
       {"/scenes/shot030/day-c.max", Scene(Stamp(u"8-9-2025", u"cleo on WS05", u"cleo on WS05"))},
+      // Saved by anna, who created it on 29 June; 3ds Max agrees with the stamp, in another
+      // case, in the other script of her name, and with a user whose name holds " on ".
+      {"/scenes/shot040/true.max", MaxScene(annaStamp, {"anna", July3(-96), July3(9, 15)})},
+      {"/scenes/shot040/case.max", MaxScene(annaStamp, {"ANNA", July3(-96), July3(9, 15)})},
+      {"/scenes/shot040/jorg.max", MaxScene(Stamp(u"3-7-2020", u"J\u00f6rg \u0141\u00f3d\u017a on WS03", u"x on y"),
+                                            {"J\xc3\x96RG \xc5\x82\xc3\x93" "D\xc5\xb9", July3(-96), July3(9, 15)})},
+      {"/scenes/shot040/shared.max", MaxScene(Stamp(u"3-7-2020", u"Sal on Set on WS09", u"x on y"),
+                                              {"sal on set", July3(-96), July3(9, 15)})},
+      // Saved near midnight UTC where the local date was the stamp's: at 00:30 on 3 July in
+      // UTC+1, at 19:30 on 3 July in UTC-5.
+      {"/scenes/shot040/midnight-before.max", MaxScene(annaStamp, {"anna", July3(-96), July3(0, -30)})},
+      {"/scenes/shot040/midnight-after.max", MaxScene(annaStamp, {"anna", July3(-96), July3(24, 30)})},
+      // Saved since without the plug-in: by someone else, two days later, two days before
+      // (the date typed or a clock wrong), both; created long before the stamp, so that the
+      // creation taken for the last save makes every one of them stale.
+      {"/scenes/shot040/by-user.max", MaxScene(annaStamp, {"bob", July3(-96), July3(14)})},
+      {"/scenes/shot040/by-date.max", MaxScene(annaStamp, {"anna", July3(-96), July3(48 + 10)})},
+      {"/scenes/shot040/date-before.max", MaxScene(annaStamp, {"anna", July3(-96), July3(-24, -1)})},
+      {"/scenes/shot040/by-both.max", MaxScene(annaStamp, {"cleo", July3(-96), July3(7 * 24 + 8, 5)})},
+      // A property absent is no evidence: the other still is.
+      {"/scenes/shot040/no-saver.max", MaxScene(annaStamp, {nullptr, July3(-96), July3(9)})},
+      {"/scenes/shot040/no-save-time.max", MaxScene(annaStamp, {"bob", July3(-96), 0})},
+      // Never stamped: 3ds Max still says who saved it and when.
+      {"/scenes/shot040/never.max", MaxScene({}, {"cleo", July3(-24 * 400), July3(-24 * 30 + 16)})},
       {"/empty/textures/wood.png", "not a scene\n"},
   };
   for (const auto& file : files) {
