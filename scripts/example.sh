@@ -68,8 +68,9 @@ stamps_status=0
 "$hublet" stamps examples/scenes >"$reports/stamps.txt" || stamps_status=$?
 heading "hublet stamps examples/scenes" \
 "Who last saved each example scene file, and when, from the stamps the plug-in
-writes into the file: two stamped, one never stamped, one whose title was typed
-by hand, and a copy cut short."
+writes into the file and from what 3ds Max records on every save: two stamped,
+one stamped and then saved by someone else without the plug-in (stale), one
+never stamped, one whose title was typed by hand, and a copy cut short."
 cat "$reports/stamps.txt"
 if [ "$stamps_status" -gt 1 ]; then
   exit "$stamps_status"

@@ -116,6 +116,7 @@ int main(int argc, char** argv) {
   const Save anna = {"anna", {2026, 9, 10, 8, 30}, {2026, 9, 11, 15, 45}};
   const Save vendor = {"modeller", {2019, 3, 4, 9, 0}, {2019, 3, 4, 16, 20}};
   const Save lobby = {"anna", {2026, 8, 20, 9, 0}, {2026, 9, 1, 10, 15}};
+  const Save corridor = {"bruno", {2026, 9, 3, 13, 0}, {2026, 9, 15, 18, 40}};
   const std::string lobbyScene = Scene(Stamped(lobby, "Final", "anna on RENDER07", "anna on RENDER07"));
   const struct {
     const char* name;
@@ -125,6 +126,9 @@ int main(int argc, char** argv) {
       {"kitchen.max", Scene(Stamped(bruno, "14-9-2026", "bruno on WS12", "anna on RENDER07"))},
       // Saved only by Anna: she is her own previous saver.
       {"kitchen_props.max", Scene(Stamped(anna, "11-9-2026", "anna on RENDER07", "anna on RENDER07"))},
+      // Stamped by Anna, then saved by Bruno on a laptop without the plug-in: the stamp
+      // still names Anna, 3ds Max names Bruno and a later day.
+      {"corridor.max", Scene(Stamped(corridor, "9-9-2026", "anna on RENDER07", "bruno on WS12"))},
       // A bought model, never opened and saved here.
       {"armchair_vendor.max", Scene(MaxProperties(vendor))},
       // Stamped, then someone typed a title in File Properties.
