@@ -133,15 +133,17 @@ int main(int argc, char** argv) {
       // UTC+1, at 19:30 on 3 July in UTC-5.
       {"/scenes/shot040/midnight-before.max", MaxScene(annaStamp, {"anna", July3(-96), July3(0, -30)})},
       {"/scenes/shot040/midnight-after.max", MaxScene(annaStamp, {"anna", July3(-96), July3(24, 30)})},
-      // Saved since without the plug-in: by someone else, two days later, two days before
-      // (the date typed or a clock wrong), both; created long before the stamp, so that the
-      // creation taken for the last save makes every one of them stale.
+      // Saved again two days later by the stamp's own account: the plug-in leaves its stamp
+      // as it is while one saver saves again, so the stamp still holds.
+      {"/scenes/shot040/resaved.max", MaxScene(annaStamp, {"anna", July3(-96), July3(48 + 10)})},
+      // Saved since without the plug-in: by someone else; before the stamp's date (the date
+      // typed or a clock wrong); both. Created long before the stamp, so that the creation
+      // taken for the last save makes every one of them stale.
       {"/scenes/shot040/by-user.max", MaxScene(annaStamp, {"bob", July3(-96), July3(14)})},
-      {"/scenes/shot040/by-date.max", MaxScene(annaStamp, {"anna", July3(-96), July3(48 + 10)})},
       {"/scenes/shot040/date-before.max", MaxScene(annaStamp, {"anna", July3(-96), July3(-24, -1)})},
-      {"/scenes/shot040/by-both.max", MaxScene(annaStamp, {"cleo", July3(-96), July3(7 * 24 + 8, 5)})},
+      {"/scenes/shot040/by-both.max", MaxScene(annaStamp, {"cleo", July3(-96), July3(-48, -5)})},
       // A property absent is no evidence: the other still is.
-      {"/scenes/shot040/no-saver.max", MaxScene(annaStamp, {nullptr, July3(-96), July3(9)})},
+      {"/scenes/shot040/no-saver.max", MaxScene(annaStamp, {nullptr, July3(-96), July3(-48)})},
       {"/scenes/shot040/no-save-time.max", MaxScene(annaStamp, {"bob", July3(-96), 0})},
       // Never stamped: 3ds Max still says who saved it and when.
       {"/scenes/shot040/never.max", MaxScene({}, {"cleo", July3(-24 * 400), July3(-24 * 30 + 16)})},
