@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 namespace hublet {
 
@@ -31,12 +32,13 @@ const std::vector<std::uint8_t>* BlockReader::Block(std::uint64_t index) {
   const std::uint64_t end =
       std::min<std::uint64_t>((index < kHeadBlocks ? kHeadBlocks : index + 1) * kBlockSize, Size());
   if (start >= end) return nullptr;
-  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(end - start));
-  if (!source_.ReadAt(start, bytes.data(), bytes.size())) return nullptr;
+  // Not zeroed first: the read fills it, and a file costs only what it reads.
+  const std::size_t size = static_cast<std::size_t>(end - start);
+  const std::unique_ptr<std::uint8_t[]> bytes(new std::uint8_t[size]);
+  if (!source_.ReadAt(start, bytes.get(), size)) return nullptr;
   for (std::uint64_t at = start; at < end; at += kBlockSize) {
-    const auto from = bytes.begin() + static_cast<std::ptrdiff_t>(at - start);
-    blocks_[at / kBlockSize].assign(from,
-                                    from + static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(kBlockSize, end - at)));
+    const std::uint8_t* from = bytes.get() + (at - start);
+    blocks_[at / kBlockSize].assign(from, from + std::min<std::uint64_t>(kBlockSize, end - at));
   }
   return &blocks_[index];
 }

@@ -1,7 +1,6 @@
 #include "platform/file_time.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace hublet {
 namespace {
@@ -39,10 +38,15 @@ std::string FileTimeToIso8601(std::uint64_t ticks) {
     if (days < length) break;
     days -= length;
   }
-  char text[32];
-  std::snprintf(text, sizeof text, "%04u-%02d-%02uT%02u:%02u:%02uZ", static_cast<unsigned>(year), month + 1,
-                static_cast<unsigned>(days + 1), static_cast<unsigned>(secondOfDay / 3600),
-                static_cast<unsigned>(secondOfDay / 60 % 60), static_cast<unsigned>(secondOfDay % 60));
+  // Written digit by digit: this runs for every file of an audit, twice.
+  const std::uint64_t fields[6] = {year, static_cast<std::uint64_t>(month) + 1, days + 1,
+                                   secondOfDay / 3600, secondOfDay / 60 % 60, secondOfDay % 60};
+  std::string text = "0000-00-00T00:00:00Z";
+  static const std::size_t kEnds[6] = {4, 7, 10, 13, 16, 19};
+  for (int field = 0; field < 6; ++field) {
+    std::uint64_t value = fields[field];
+    for (std::size_t at = kEnds[field]; value != 0; value /= 10) text[--at] = static_cast<char>('0' + value % 10);
+  }
   return text;
 }
 

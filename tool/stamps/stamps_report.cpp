@@ -57,7 +57,10 @@ std::string JsonOrNull(const std::string& text) { return text.empty() ? "null" :
 std::string CsvField(const std::string& text) {
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
   std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+  for (const char c : text) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
   return quoted + "\"";
 }
 
