@@ -127,6 +127,15 @@ class Utf8Check final : public LineCheck {
   CheckContext& context_;
 };
 
+// A file in a UTF-16 the reader cannot read is counted in its text's lines; but where the
+// reader, taking it as code page 1252, still found a value, its lines are the reader's, so
+// that every line the report names is one of them.
+void CountUtf16Lines(CheckContext& context, std::size_t begin, bool bigEndian) {
+  for (const SettingValue& value : context.report.settings)
+    if (value.line != 0) return;
+  context.report.lineCount = Utf16LineCount(context.bytes, begin, bigEndian);
+}
+
 }  // namespace
 
 bool CheckEncoding(CheckContext& context) {
@@ -134,7 +143,7 @@ bool CheckEncoding(CheckContext& context) {
   switch (context.report.encoding) {
     case IniEncoding::Ansi:
       if (bytes.size() >= 2 && bytes[0] == '\0' && bytes[1] != '\0') {
-        context.report.lineCount = Utf16LineCount(bytes, 0, true);
+        CountUtf16Lines(context, 0, true);
         context.Add(0, Severity::Error, "encoding",
                     "the file looks like UTF-16BE without a byte-order mark, which the Windows profile reader "
                     "does not understand: nothing in it is read; save it as UTF-16LE with a byte-order mark or as ANSI");
@@ -157,14 +166,14 @@ bool CheckEncoding(CheckContext& context) {
                   "with a byte-order mark");
       return true;
     case IniEncoding::Utf16LeNoBom:
-      context.report.lineCount = Utf16LineCount(bytes, 0, false);
+      CountUtf16Lines(context, 0, false);
       context.Add(0, Severity::Error, "encoding",
                   "the file looks like UTF-16LE without a byte-order mark: the reader takes it as code "
                   "page 1252, where the NUL bytes cut every name short, so nothing in it is read; save it "
                   "with a byte-order mark (FF FE)");
       return false;
     case IniEncoding::Utf16BeUnsupported:
-      context.report.lineCount = Utf16LineCount(bytes, 2, true);
+      CountUtf16Lines(context, 2, true);
       context.Add(0, Severity::Error, "encoding",
                   "the file is UTF-16BE, which the Windows profile reader does not understand: nothing in "
                   "it is read; save it as UTF-16LE with a byte-order mark or as ANSI");

@@ -93,6 +93,15 @@ TEST(CheckReportLines, CountsTheLinesOfEveryUtf16Form) {
   EXPECT_EQ(CheckPreferenceFile(std::string("\0[\0M\0]\0\n\0X\0=\0\x31", 14)).lineCount, 2u) << "UTF-16BE without a mark";
 }
 
+// A file whose first line only looks like UTF-16LE: the reader takes it as code page 1252
+// and finds the values below, so the lines counted are the ones the report names.
+TEST(CheckReportLines, AFileReadAfterAllCountsTheLinesAsRead) {
+  const CheckReport report = CheckPreferenceFile(std::string(";\0\0\0\0\0\r\n[MYVIEW]\r\nFPS=30\r\n", 26));
+  EXPECT_EQ(report.encoding, IniEncoding::Utf16LeNoBom);
+  EXPECT_EQ(report.lineCount, 3u);
+  for (const SettingValue& value : report.settings) EXPECT_LE(value.line, report.lineCount) << value.name;
+}
+
 TEST(CheckDiagnostics, MessagesEscapeControlCharactersAndCutHugeNames) {
   const CheckReport report = CheckPreferenceFile("[MYVIEW]\nBE\aLL=1\n" + std::string(500, 'K') + "=1\n");
   ASSERT_EQ(report.diagnostics.size(), 2u);
