@@ -4,48 +4,14 @@
 // 3ds Max's own properties beside the plug-in's stamp, after the scene's body). Their zero
 // blocks are left as holes, so the archive takes little disk.
 // Usage: make_scene_archive FOLDER COUNT
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <vector>
 
-#include "tests/support/compound_builder.h"
-
-namespace {
-
-using namespace hublet::testing;
-
-// As 3ds Max writes a scene, with the plug-in's stamp; 0.3 to 1.1 MB.
-CompoundImage SceneFor(int index) {
-  const std::u16string saver = index % 3 == 0 ? u"anna on RENDER07" : u"bob on WS12";
-  const std::vector<RawProperty> stamp = {Utf16Property(2, u"14-11-2026"), Utf16Property(3, saver),
-                                          Utf16Property(4, u"anna on RENDER07")};
-  const std::uint32_t thumbnail = 24000 + 4096 * static_cast<std::uint32_t>(index % 12);
-  const std::uint64_t scene = 300000 + 100000 * static_cast<std::uint64_t>(index % 9);
-  return MaxSceneFile(SummarySet(MaxSummary(stamp, thumbnail)), scene);
-}
-
-// The image with its all-zero blocks (and its zero end) left unwritten.
-bool WriteSparse(const std::string& path, const CompoundImage& image) {
-  const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-  if (fd < 0) return false;
-  bool written = true;
-  const std::size_t block = 4096;
-  for (std::size_t at = 0; at < image.bytes.size() && written; at += block) {
-    const std::string part = image.bytes.substr(at, block);
-    if (part.find_first_not_of('\0') == std::string::npos) continue;
-    written = ::pwrite(fd, part.data(), part.size(), static_cast<off_t>(at)) == static_cast<ssize_t>(part.size());
-  }
-  written = written && ::ftruncate(fd, static_cast<off_t>(image.size)) == 0;
-  return ::close(fd) == 0 && written;
-}
-
-}  // namespace
+#include "bench/archive_scenes.h"
 
 int main(int argc, char** argv) {
   if (argc != 3 || std::atoi(argv[2]) <= 0) {
@@ -66,7 +32,7 @@ int main(int argc, char** argv) {
       std::perror((folder + shot).c_str());
       return 1;
     }
-    if (!WriteSparse(folder + shot + name, SceneFor(i))) {
+    if (!hublet::bench::WriteSparse(folder + shot + name, hublet::bench::ArchiveScene(i))) {
       std::perror((folder + shot + name).c_str());
       return 1;
     }

@@ -4,16 +4,14 @@
 // the reads and bytes each file costs. The scenes' bodies are holes in sparse files, so
 // the folder takes little disk; the reader never touches them.
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "bench/archive_scenes.h"
 #include "bench/temp_files.h"
 #include "platform/byte_source.h"
 #include "platform/summary_information.h"
@@ -26,33 +24,6 @@ namespace {
 
 constexpr int kSceneFiles = 10000;
 
-std::string SceneBytesFor(int index, std::uint64_t& size) {
-  using namespace testing;
-  const std::u16string saver = index % 3 == 0 ? u"anna on RENDER07" : u"bob on WS12";
-  const std::vector<RawProperty> stamp = {Utf16Property(2, u"14-11-2026"), Utf16Property(3, saver),
-                                          Utf16Property(4, u"anna on RENDER07")};
-  const std::uint32_t thumbnail = 26000 + 1000 * static_cast<std::uint32_t>(index % 8);
-  const CompoundImage image =
-      MaxSceneFile(SummarySet(MaxSummary(stamp, thumbnail)), 300000 + 100000 * static_cast<std::uint64_t>(index % 9));
-  size = image.size;
-  return image.bytes;
-}
-
-// The bytes, their blocks of zeros left as holes, and the file extended to size.
-bool WriteSparseFile(const std::string& path, const std::string& bytes, std::uint64_t size) {
-  const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  if (fd < 0) return false;
-  bool written = ::ftruncate(fd, static_cast<off_t>(size)) == 0;
-  for (std::size_t at = 0; written && at < bytes.size(); at += 4096) {
-    const std::size_t count = std::min<std::size_t>(4096, bytes.size() - at);
-    const auto block = bytes.begin() + static_cast<std::ptrdiff_t>(at);
-    const auto zero = [](char byte) { return byte == '\0'; };
-    if (std::all_of(block, block + static_cast<std::ptrdiff_t>(count), zero)) continue;
-    written = ::pwrite(fd, bytes.data() + at, count, static_cast<off_t>(at)) == static_cast<ssize_t>(count);
-  }
-  return ::close(fd) == 0 && written;
-}
-
 // The folder, written on first use.
 const std::vector<std::wstring>& SceneFiles() {
   static const std::vector<std::wstring>* files = [] {
@@ -61,10 +32,8 @@ const std::vector<std::wstring>& SceneFiles() {
     if (::mkdir(folder.c_str(), 0700) != 0) std::abort();
     RemoveAtExit(folder);
     for (int i = 0; i < kSceneFiles; ++i) {
-      std::uint64_t size = 0;
-      const std::string bytes = SceneBytesFor(i, size);
       const std::string path = folder + "/shot" + std::to_string(i) + ".max";
-      if (!WriteSparseFile(path, bytes, size)) std::abort();
+      if (!bench::WriteSparse(path, bench::ArchiveScene(i))) std::abort();
       RemoveAtExit(path);
       paths->push_back(Utf8ToWide(path));
     }
