@@ -34,8 +34,13 @@ run_ctest --preset asan -j "$jobs"
 step "mingw: cross-build, test under Wine"
 cmake --preset mingw >/dev/null
 cmake --build --preset mingw -j "$jobs"
-# Make the Wine prefix once, before tests start Wine side by side.
-HUBLET_WINEPREFIX="$PWD/build/mingw/wineprefix" cmake/wine-run.sh wineboot -i >/dev/null 2>&1 || true
+# Make the Wine prefix once, before tests start Wine side by side, and keep one Wine server
+# for the whole run: left to itself it exits a few seconds after its last program, and a
+# program started in that moment cannot connect ("recvmsg: Connection reset by peer").
+prefix="$PWD/build/mingw/wineprefix"
+HUBLET_WINEPREFIX="$prefix" cmake/wine-run.sh wineboot -i >/dev/null 2>&1 || true
+WINEPREFIX="$prefix" wineserver -p
+trap 'WINEPREFIX="$prefix" wineserver -k 2>/dev/null; rm -f "$log"' EXIT
 run_ctest --preset mingw -j "$jobs"
 
 if [ -x scripts/fuzz.sh ]; then
