@@ -39,6 +39,7 @@ cmake --build --preset mingw -j "$jobs"
 # program started in that moment cannot connect ("recvmsg: Connection reset by peer").
 prefix="$PWD/build/mingw/wineprefix"
 HUBLET_WINEPREFIX="$prefix" cmake/wine-run.sh wineboot -i >/dev/null 2>&1 || true
+WINEPREFIX="$prefix" wineserver -w  # the prefix's first server, done with its start-up
 WINEPREFIX="$prefix" wineserver -p
 trap 'WINEPREFIX="$prefix" wineserver -k 2>/dev/null; rm -f "$log"' EXIT
 run_ctest --preset mingw -j "$jobs"
