@@ -34,14 +34,16 @@ run_ctest --preset asan -j "$jobs"
 step "mingw: cross-build, test under Wine"
 cmake --preset mingw >/dev/null
 cmake --build --preset mingw -j "$jobs"
-# Make the Wine prefix once, before tests start Wine side by side, and keep one Wine server
-# for the whole run: left to itself it exits a few seconds after its last program, and a
-# program started in that moment cannot connect ("recvmsg: Connection reset by peer").
+# Make the Wine prefix once, before tests start Wine side by side, under one Wine server
+# kept for the whole run: left to itself it exits a few seconds after its last program,
+# and a program started in that moment cannot connect ("recvmsg: Connection reset by
+# peer"). Wine's services start here, away from the output of any test, which ctest reads
+# to its end.
 prefix="$PWD/build/mingw/wineprefix"
-HUBLET_WINEPREFIX="$prefix" cmake/wine-run.sh wineboot -i >/dev/null 2>&1 || true
-WINEPREFIX="$prefix" wineserver -w  # the prefix's first server, done with its start-up
+mkdir -p "$prefix"
 WINEPREFIX="$prefix" wineserver -p
 trap 'WINEPREFIX="$prefix" wineserver -k 2>/dev/null; rm -f "$log"' EXIT
+HUBLET_WINEPREFIX="$prefix" cmake/wine-run.sh wineboot -i >/dev/null 2>&1 || true
 run_ctest --preset mingw -j "$jobs"
 
 if [ -x scripts/fuzz.sh ]; then
