@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 
 namespace hublet {
 
@@ -11,36 +10,42 @@ const std::uint32_t BlockReader::kHeadBlocks;
 const std::size_t BlockReader::kKeptBlocks;
 
 std::size_t BlockReader::ReadSome(std::uint64_t offset, std::uint8_t* out, std::size_t count) {
-  const std::vector<std::uint8_t>* block = Block(offset / kBlockSize);
-  const std::size_t within = static_cast<std::size_t>(offset % kBlockSize);
-  if (block == nullptr || within >= block->size()) return 0;
-  const std::size_t piece = std::min(count, block->size() - within);
-  std::memcpy(out, block->data() + within, piece);
+  const std::uint64_t index = offset / kBlockSize;
+  std::size_t held = 0;
+  const std::uint8_t* bytes = Block(index, held);
+  // The head is held from its start: an offset inside it is from there.
+  const std::size_t within = static_cast<std::size_t>(index < kHeadBlocks ? offset : offset % kBlockSize);
+  if (bytes == nullptr || within >= held) return 0;
+  const std::size_t piece = std::min(count, held - within);
+  std::memcpy(out, bytes + within, piece);
   return piece;
 }
 
-const std::vector<std::uint8_t>* BlockReader::Block(std::uint64_t index) {
-  const auto kept = blocks_.find(index);
-  if (kept != blocks_.end()) return &kept->second;
-  if (blocks_.size() >= kHeadBlocks + kKeptBlocks) {
-    for (auto block = blocks_.begin(); block != blocks_.end();)
-      block = block->first < kHeadBlocks ? std::next(block) : blocks_.erase(block);
+const std::uint8_t* BlockReader::Block(std::uint64_t index, std::size_t& held) {
+  if (index < kHeadBlocks) {
+    if (!headRead_) {
+      headSize_ = static_cast<std::size_t>(std::min<std::uint64_t>(sizeof head_, Size()));
+      if (!source_.ReadAt(0, head_, headSize_)) return nullptr;
+      headRead_ = true;
+    }
+    held = headSize_;
+    return head_;
   }
-  // A block of the head brings the whole head.
-  const std::uint64_t first = index < kHeadBlocks ? 0 : index;
-  const std::uint64_t start = first * kBlockSize;
-  const std::uint64_t end =
-      std::min<std::uint64_t>((index < kHeadBlocks ? kHeadBlocks : index + 1) * kBlockSize, Size());
-  if (start >= end) return nullptr;
-  // Not zeroed first: the read fills it, and a file costs only what it reads.
-  const std::size_t size = static_cast<std::size_t>(end - start);
-  const std::unique_ptr<std::uint8_t[]> bytes(new std::uint8_t[size]);
-  if (!source_.ReadAt(start, bytes.get(), size)) return nullptr;
-  for (std::uint64_t at = start; at < end; at += kBlockSize) {
-    const std::uint8_t* from = bytes.get() + (at - start);
-    blocks_[at / kBlockSize].assign(from, from + std::min<std::uint64_t>(kBlockSize, end - at));
+  for (const KeptBlock& block : kept_) {
+    if (block.index == index) {
+      held = block.size;
+      return block.bytes.get();
+    }
   }
-  return &blocks_[index];
+  if (kept_.size() >= kKeptBlocks) kept_.clear();
+  const std::uint64_t start = index * kBlockSize;
+  if (start >= Size()) return nullptr;
+  KeptBlock block = {index, static_cast<std::size_t>(std::min<std::uint64_t>(kBlockSize, Size() - start)),
+                     std::unique_ptr<std::uint8_t[]>(new std::uint8_t[kBlockSize])};
+  if (!source_.ReadAt(start, block.bytes.get(), block.size)) return nullptr;
+  kept_.push_back(std::move(block));
+  held = kept_.back().size;
+  return kept_.back().bytes.get();
 }
 
 }  // namespace hublet

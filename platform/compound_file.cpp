@@ -12,7 +12,6 @@ namespace {
 
 const std::uint8_t kSignature[8] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
 const std::uint32_t kHeaderSize = 512;
-const std::uint32_t kHeaderDifatEntries = 109;
 const std::uint32_t kMaxRegularSector = 0xFFFFFFFA;
 const std::uint32_t kEndOfChain = 0xFFFFFFFE;
 const std::uint32_t kNoStream = 0xFFFFFFFF;
@@ -33,8 +32,11 @@ std::string Number(std::uint64_t value) { return std::to_string(value); }
 
 }  // namespace
 
+const std::uint32_t CompoundFile::kHeaderDifatEntries;
+
 struct CompoundFile::DirectoryEntry {
-  std::u16string name;
+  char16_t name[32];
+  std::size_t nameLength = 0;
   std::uint8_t type = 0;
   std::uint32_t left = kNoStream, right = kNoStream, child = kNoStream;
   std::uint32_t start = kEndOfChain;
@@ -146,7 +148,7 @@ CompoundFile::CompoundFile(ByteSource& source) : bytes_(source) {
   if (Le32(header + 56) != kMiniStreamCutoff) throw CompoundFileError("the mini stream cutoff is not 4096 bytes");
   if (fatSectors_ > sectorCount_ || difatSectors_ > sectorCount_ || miniFatSectors_ > sectorCount_)
     throw CompoundFileError("the header counts more FAT sectors than the file's " + Number(sectorCount_));
-  for (std::uint32_t i = 0; i < kHeaderDifatEntries; ++i) headerDifat_.push_back(Le32(header + 76 + 4 * i));
+  for (std::uint32_t i = 0; i < kHeaderDifatEntries; ++i) headerDifat_[i] = Le32(header + 76 + 4 * i);
   // The directory is as long as its chain: entries are looked for only as far as it goes.
   directory_.reset(new SectorChain(*this, false, firstDirectorySector, std::uint64_t{sectorCount_} * sectorSize_,
                                    sectorCount_, "the directory"));
@@ -215,7 +217,9 @@ CompoundFile::DirectoryEntry CompoundFile::ReadDirectoryEntry(std::uint32_t id) 
   const std::uint16_t nameBytes = Le16(bytes + 64);
   if (nameBytes > 64 || nameBytes % 2 != 0)
     throw CompoundFileError("directory entry " + Number(id) + " has a name of " + Number(nameBytes) + " bytes");
-  for (std::uint16_t i = 0; i + 2 < nameBytes; i += 2) entry.name += static_cast<char16_t>(Le16(bytes + i));
+  // The length counts the closing NUL.
+  entry.nameLength = nameBytes == 0 ? 0 : nameBytes / 2 - 1;
+  for (std::size_t i = 0; i < entry.nameLength; ++i) entry.name[i] = static_cast<char16_t>(Le16(bytes + 2 * i));
   entry.type = bytes[66];
   entry.left = Le32(bytes + 68);
   entry.right = Le32(bytes + 72);
@@ -226,14 +230,14 @@ CompoundFile::DirectoryEntry CompoundFile::ReadDirectoryEntry(std::uint32_t id) 
   return entry;
 }
 
-// The siblings form a search tree in the directory's order of names; an entry met twice
-// means the tree loops.
+// The siblings form a search tree in the directory's order of names; a search that comes back
+// to an entry means the tree loops.
 std::uint32_t CompoundFile::SearchSiblings(std::uint32_t top, const std::u16string& name) {
-  std::unordered_set<std::uint32_t> visited;
+  LoopWatch loopWatch;
   for (std::uint32_t id = top; id != kNoStream;) {
-    if (!visited.insert(id).second) throw CompoundFileError("the directory's tree loops back to entry " + Number(id));
+    if (loopWatch.Returns(id)) throw CompoundFileError("the directory's tree loops back to entry " + Number(id));
     const DirectoryEntry entry = ReadDirectoryEntry(id);
-    const int order = CompareDirectoryNames(name, entry.name);
+    const int order = CompareDirectoryNames(name.data(), name.size(), entry.name, entry.nameLength);
     if (order == 0) return id;
     id = order < 0 ? entry.left : entry.right;
   }
@@ -252,7 +256,7 @@ std::uint32_t CompoundFile::VisitSiblings(std::uint32_t top, const std::u16strin
     if (id == kNoStream) continue;
     if (!visited.insert(id).second) throw CompoundFileError("the directory's tree loops back to entry " + Number(id));
     const DirectoryEntry entry = ReadDirectoryEntry(id);
-    if (CompareDirectoryNames(name, entry.name) == 0) return id;
+    if (CompareDirectoryNames(name.data(), name.size(), entry.name, entry.nameLength) == 0) return id;
     pending.push_back(entry.left);
     pending.push_back(entry.right);
   }

@@ -69,7 +69,8 @@ class CompoundFile {
   std::uint32_t miniFatSectors_ = 0;
   std::uint32_t firstDifatSector_ = 0;
   std::uint32_t difatSectors_ = 0;
-  std::vector<std::uint32_t> headerDifat_;
+  static const std::uint32_t kHeaderDifatEntries = 109;
+  std::uint32_t headerDifat_[kHeaderDifatEntries];  // the first FAT sectors, as the header lists them
   std::vector<std::uint32_t> difatChain_;  // DIFAT sectors found so far, in chain order
   LoopWatch difatLoopWatch_;
   std::unique_ptr<SectorChain> directory_;

@@ -69,6 +69,8 @@ const UpperCaseRange kUpperCase[] = {
 }  // namespace
 
 char16_t SimpleUpperCase(char16_t unit) {
+  // Most names are ASCII; the table's search is for the rest.
+  if (unit < 0x80) return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 32) : unit;
   const auto after = std::upper_bound(std::begin(kUpperCase), std::end(kUpperCase), unit,
                                       [](char16_t u, const UpperCaseRange& range) { return u < range.first; });
   if (after == std::begin(kUpperCase)) return unit;
@@ -77,13 +79,17 @@ char16_t SimpleUpperCase(char16_t unit) {
   return static_cast<char16_t>(unit + range.delta);
 }
 
-int CompareDirectoryNames(const std::u16string& a, const std::u16string& b) {
-  if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
-  for (std::size_t i = 0; i < a.size(); ++i) {
+int CompareDirectoryNames(const char16_t* a, std::size_t aLength, const char16_t* b, std::size_t bLength) {
+  if (aLength != bLength) return aLength < bLength ? -1 : 1;
+  for (std::size_t i = 0; i < aLength; ++i) {
     const char16_t x = SimpleUpperCase(a[i]), y = SimpleUpperCase(b[i]);
     if (x != y) return x < y ? -1 : 1;
   }
   return 0;
+}
+
+int CompareDirectoryNames(const std::u16string& a, const std::u16string& b) {
+  return CompareDirectoryNames(a.data(), a.size(), b.data(), b.size());
 }
 
 }  // namespace hublet

@@ -9,6 +9,7 @@ namespace hublet {
 char16_t SimpleUpperCase(char16_t unit);
 
 // Below zero when a sorts before b, zero when the directory takes them for one name.
+int CompareDirectoryNames(const char16_t* a, std::size_t aLength, const char16_t* b, std::size_t bLength);
 int CompareDirectoryNames(const std::u16string& a, const std::u16string& b);
 
 }  // namespace hublet
