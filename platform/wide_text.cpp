@@ -93,7 +93,12 @@ std::wstring Utf8ToWide(const std::string& utf8) {
 
 std::string WideToUtf8(const std::wstring& wide) {
   std::string out;
-  out.reserve(wide.size());
+  AppendAsUtf8(out, wide);
+  return out;
+}
+
+void AppendAsUtf8(std::string& out, const std::wstring& wide) {
+  out.reserve(out.size() + wide.size());
   const std::size_t size = wide.size();
   for (std::size_t i = 0; i < size; ++i) {
     // wchar_t may be signed and 32 bits wide; only 0 to 0x10FFFF are code points.
@@ -112,7 +117,6 @@ std::string WideToUtf8(const std::wstring& wide) {
     }
     AppendUtf8(out, code);
   }
-  return out;
 }
 
 }  // namespace hublet

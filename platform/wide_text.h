@@ -7,5 +7,7 @@ namespace hublet {
 
 std::wstring Utf8ToWide(const std::string& utf8);
 std::string WideToUtf8(const std::wstring& wide);
+// WideToUtf8 written at the end of out: a caller that writes many strings reuses one.
+void AppendAsUtf8(std::string& out, const std::wstring& wide);
 
 }  // namespace hublet

@@ -34,9 +34,8 @@ std::string WhyStale(const std::wstring& subject, const std::string& saveDate, c
   // A later save by the same account is no evidence: the plug-in leaves a stamp as it is
   // while its saver saves again, so the stamp keeps the first day of such a run. A save
   // before the stamp's date is: the plug-in dates a stamp at the save that writes it.
-  const std::string saved = IsoTime(lastSaved);
-  if (!saved.empty() && DatedAfter(saveDate, lastSaved.ticks))
-    why += (why.empty() ? "" : "; ") + std::string("3ds Max's last save ") + saved +
+  if (lastSaved.isTime && DatedAfter(saveDate, lastSaved.ticks))
+    why += (why.empty() ? "" : "; ") + std::string("3ds Max's last save ") + IsoTime(lastSaved) +
            " is more than a day before the stamp's date";
   return why;
 }

@@ -6,27 +6,43 @@ namespace hublet {
 namespace tool {
 namespace {
 
-FieldValue Text(const std::string& text) { return FieldValue{true, text}; }
-FieldValue TextOrNone(const std::string& text) { return FieldValue{!text.empty(), text}; }
-FieldValue FileText(const SummaryText& text) {
-  return text.isText ? Text(WideToUtf8(text.value)) : FieldValue{false, std::string()};
+bool Text(const std::string& value, std::string& text) {
+  text.assign(value);
+  return true;
+}
+
+bool TextOrNone(const std::string& value, std::string& text) {
+  text.assign(value);
+  return !value.empty();
+}
+
+bool FileText(const SummaryText& value, std::string& text) {
+  text.clear();
+  if (value.isText) AppendAsUtf8(text, value.value);
+  return value.isText;
 }
 
 }  // namespace
 
 const std::vector<StampField>& StampFields() {
   static const std::vector<StampField> fields = {
-      {"file", "file", [](const SceneStamp& stamp) { return Text(stamp.file); }},
-      {"status", "status", [](const SceneStamp& stamp) { return Text(StampStatusName(stamp.status)); }},
-      {"saver", "saver", [](const SceneStamp& stamp) { return FileText(stamp.saver); }},
-      {"previousSaver", "previous_saver", [](const SceneStamp& stamp) { return FileText(stamp.previous); }},
-      {"savedAs", "saved_as", [](const SceneStamp& stamp) { return FileText(stamp.savedAs); }},
-      {"saveDate", "save_date", [](const SceneStamp& stamp) { return TextOrNone(stamp.saveDate); }},
-      {"note", "note", [](const SceneStamp& stamp) { return TextOrNone(stamp.note); }},
+      {"file", "file", [](const SceneStamp& stamp, std::string& text) { return Text(stamp.file, text); }},
+      {"status", "status",
+       [](const SceneStamp& stamp, std::string& text) { return Text(StampStatusName(stamp.status), text); }},
+      {"saver", "saver", [](const SceneStamp& stamp, std::string& text) { return FileText(stamp.saver, text); }},
+      {"previousSaver", "previous_saver",
+       [](const SceneStamp& stamp, std::string& text) { return FileText(stamp.previous, text); }},
+      {"savedAs", "saved_as", [](const SceneStamp& stamp, std::string& text) { return FileText(stamp.savedAs, text); }},
+      {"saveDate", "save_date",
+       [](const SceneStamp& stamp, std::string& text) { return TextOrNone(stamp.saveDate, text); }},
+      {"note", "note", [](const SceneStamp& stamp, std::string& text) { return TextOrNone(stamp.note, text); }},
       // 3ds Max's own, last so that CSV readers of the columns before find them where they were.
-      {"lastSavedBy", "last_saved_by", [](const SceneStamp& stamp) { return FileText(stamp.lastSavedBy); }},
-      {"lastSaved", "last_saved", [](const SceneStamp& stamp) { return TextOrNone(IsoTime(stamp.lastSaved)); }},
-      {"created", "created", [](const SceneStamp& stamp) { return TextOrNone(IsoTime(stamp.created)); }},
+      {"lastSavedBy", "last_saved_by",
+       [](const SceneStamp& stamp, std::string& text) { return FileText(stamp.lastSavedBy, text); }},
+      {"lastSaved", "last_saved",
+       [](const SceneStamp& stamp, std::string& text) { return TextOrNone(IsoTime(stamp.lastSaved), text); }},
+      {"created", "created",
+       [](const SceneStamp& stamp, std::string& text) { return TextOrNone(IsoTime(stamp.created), text); }},
   };
   return fields;
 }

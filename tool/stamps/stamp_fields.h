@@ -9,16 +9,12 @@
 namespace hublet {
 namespace tool {
 
-// A field's value: UTF-8 text, or none (JSON null, an empty CSV field).
-struct FieldValue {
-  bool present;
-  std::string text;
-};
-
 struct StampField {
   const char* jsonName;
   const char* csvName;
-  FieldValue (*value)(const SceneStamp& stamp);
+  // Puts the field's value (UTF-8) in text, in place of what it held, so that one string serves
+  // a whole report; false when there is none (JSON null, an empty CSV field).
+  bool (*value)(const SceneStamp& stamp, std::string& text);
 };
 
 const std::vector<StampField>& StampFields();
