@@ -1,9 +1,9 @@
 #include "tool/stamps/stamp_reading.h"
 
-#include <atomic>
+#include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <exception>
-#include <map>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -12,6 +12,13 @@
 namespace hublet {
 namespace tool {
 namespace {
+
+// Far longer than a file whose bytes are in memory takes to read (a few microseconds), and
+// shorter than a round trip to a file server or a disk's seek: a read this slow waited on the
+// storage, and another thread can wait beside it.
+constexpr std::chrono::microseconds kWaitedRead(200);
+
+int Cores() { return std::max(1u, std::thread::hardware_concurrency()); }
 
 SceneStamp UnreadableStamp(const WalkStep& step, const std::string& note, bool reached) {
   SceneStamp stamp;
@@ -22,55 +29,100 @@ SceneStamp UnreadableStamp(const WalkStep& step, const std::string& note, bool r
   return stamp;
 }
 
-// Each thread takes the walk's next step, reads it, and hands back in order what is ready:
-// no thread waits on another except when the oldest step still being read holds back a
-// full window of steps behind it. Taking and handing back are short, under two locks.
+// Each thread takes the walk's next step, reads and prepares it, and leaves it in a ring of
+// window slots; whichever thread finds the oldest step ready hands back, outside the lock,
+// every step ready from there on, while the others read on. No thread waits on another except
+// when the oldest step still being read holds back a full window behind it. Reading starts on a
+// thread a core; each read that waited on the storage starts one more, up to jobs: threads
+// beyond the cores only help while reads wait, and on files in memory they would only take
+// turns on the cores.
 class OrderedReading {
  public:
-  OrderedReading(SceneWalk& walk, int jobs, const OpenBytes& open, const StepDone& done)
-      : walk_(walk), jobs_(jobs), window_(2 * static_cast<std::size_t>(jobs)), open_(open), done_(done) {}
+  OrderedReading(SceneWalk& walk, int jobs, const OpenBytes& open, const PrepareStep& prepare, const StepDone& done)
+      : walk_(walk),
+        mostThreads_(jobs),
+        window_(2 * static_cast<std::size_t>(jobs)),
+        open_(open),
+        prepare_(prepare),
+        done_(done),
+        ring_(window_),
+        ready_(window_, false) {}
 
   void Run() {
-    std::vector<std::thread> helpers;
-    try {
-      for (int i = 1; i < jobs_; ++i) helpers.emplace_back([this] { Work(); });
-    } catch (const std::system_error&) {
-      // The system gives no more threads: the ones it gave do the work.
-    }
+    for (int i = 1; i < std::min(mostThreads_, Cores()); ++i) AddThread();
     Work();
-    for (std::thread& helper : helpers) helper.join();
+    JoinHelpers();
     if (failure_) std::rethrow_exception(failure_);
   }
 
  private:
-  struct Slot {
-    WalkStep step;
-    SceneStamp stamp;
-  };
-
   void Work() {
     try {
-      for (;;) {
-        Slot slot;
-        std::size_t index = 0;
-        if (!Take(slot.step, index)) return;
-        if (slot.step.kind == WalkStep::Kind::kFile) slot.stamp = ReadStamp(slot.step, open_);
-        HandBack(index, std::move(slot));
+      ReadStep read;
+      std::size_t index = 0;
+      while (Take(read.step, index)) {
+        if (read.step.kind == WalkStep::Kind::kFile) {
+          const auto start = std::chrono::steady_clock::now();
+          read.stamp = ReadStamp(read.step, open_);
+          if (std::chrono::steady_clock::now() - start > kWaitedRead) AddThread();
+        } else {
+          read.stamp =
+              read.step.kind == WalkStep::Kind::kUnlistedFolder ? UnlistedFolderStamp(read.step) : SceneStamp();
+        }
+        read.text.clear();
+        prepare_(read);
+        Leave(index, read);
       }
     } catch (...) {
       // A failure (of the output, of memory): every thread stops, and the caller hears of it.
-      std::lock_guard<std::mutex> lock(handBackMutex_);
+      std::lock_guard<std::mutex> lock(mutex_);
       if (!failure_) failure_ = std::current_exception();
       stopping_ = true;
-      windowMoved_.notify_all();
+      room_.notify_all();
     }
   }
 
+  void AddThread() {
+    std::lock_guard<std::mutex> lock(threadsMutex_);
+    if (threadsJoined_ || threads_ >= mostThreads_) return;
+    try {
+      helpers_.emplace_back([this] { Work(); });
+      ++threads_;
+    } catch (const std::system_error&) {
+      // The system gives no more threads: the ones it gave do the work.
+      mostThreads_ = threads_;
+    }
+  }
+
+  // Helpers may start helpers until the last of them has ended.
+  void JoinHelpers() {
+    for (;;) {
+      std::thread helper;
+      {
+        std::lock_guard<std::mutex> lock(threadsMutex_);
+        if (helpers_.empty()) {
+          threadsJoined_ = true;
+          return;
+        }
+        helper = std::move(helpers_.back());
+        helpers_.pop_back();
+      }
+      helper.join();
+    }
+  }
+
+  // Every step taken has a slot: a thread takes a step only once the window has room for it,
+  // and each thread holds one step at a time.
   bool Take(WalkStep& step, std::size_t& index) {
     {
-      std::unique_lock<std::mutex> lock(handBackMutex_);
-      windowMoved_.wait(lock, [this] { return stopping_ || taken_ < handedBack_ + window_; });
+      std::unique_lock<std::mutex> lock(mutex_);
+      if (!stopping_ && reserved_ >= handedBack_ + window_) {
+        ++waiting_;
+        room_.wait(lock, [this] { return stopping_ || reserved_ < handedBack_ + window_; });
+        --waiting_;
+      }
       if (stopping_) return false;
+      ++reserved_;
     }
     std::lock_guard<std::mutex> lock(walkMutex_);
     if (walkEnded_ || !walk_.Next(step)) {
@@ -81,28 +133,47 @@ class OrderedReading {
     return true;
   }
 
-  void HandBack(std::size_t index, Slot slot) {
-    std::lock_guard<std::mutex> lock(handBackMutex_);
+  void Leave(std::size_t index, ReadStep& read) {
+    std::unique_lock<std::mutex> lock(mutex_);
     if (stopping_) return;
-    ready_.emplace(index, std::move(slot));
-    for (auto oldest = ready_.begin(); oldest != ready_.end() && oldest->first == handedBack_;
-         oldest = ready_.erase(oldest), ++handedBack_)
-      done_(oldest->second.step, oldest->second.stamp);
-    windowMoved_.notify_all();
+    std::swap(ring_[index % window_], read);
+    ready_[index % window_] = true;
+    if (handingBack_) return;
+    handingBack_ = true;
+    while (!stopping_ && ready_[handedBack_ % window_]) {
+      const std::size_t slot = handedBack_ % window_;
+      std::swap(ring_[slot], read);
+      ready_[slot] = false;
+      ++handedBack_;
+      if (waiting_ > 0) room_.notify_all();
+      lock.unlock();
+      done_(read);
+      lock.lock();
+    }
+    handingBack_ = false;
   }
 
   SceneWalk& walk_;
-  const int jobs_;
+  std::mutex threadsMutex_;  // helpers_, threads_, mostThreads_, threadsJoined_
+  std::vector<std::thread> helpers_;
+  int threads_ = 1;  // the calling thread and the helpers started
+  int mostThreads_;
+  bool threadsJoined_ = false;
   const std::size_t window_;
   const OpenBytes& open_;
+  const PrepareStep& prepare_;
   const StepDone& done_;
-  std::mutex walkMutex_;     // walk_, walkEnded_
+  std::mutex walkMutex_;  // walk_, walkEnded_, taken_
   bool walkEnded_ = false;
-  std::atomic<std::size_t> taken_{0};  // steps taken from the walk
-  std::mutex handBackMutex_;  // the rest
-  std::condition_variable windowMoved_;
-  std::map<std::size_t, Slot> ready_;  // read, waiting for an older step
+  std::size_t taken_ = 0;  // steps taken from the walk
+  std::mutex mutex_;       // the rest
+  std::condition_variable room_;
+  std::size_t reserved_ = 0;    // steps threads have been allowed to take
+  std::vector<ReadStep> ring_;  // step i waits in ring_[i % window_] until handed back
+  std::vector<bool> ready_;
   std::size_t handedBack_ = 0;
+  bool handingBack_ = false;  // a thread is handing back: steps are handed back one at a time
+  int waiting_ = 0;           // threads waiting for room in the window
   bool stopping_ = false;
   std::exception_ptr failure_;
 };
@@ -127,8 +198,9 @@ SceneStamp UnlistedFolderStamp(const WalkStep& folder) {
   return stamp;
 }
 
-void ReadInWalkOrder(SceneWalk& walk, int jobs, const OpenBytes& open, const StepDone& done) {
-  OrderedReading(walk, jobs, open, done).Run();
+void ReadInWalkOrder(SceneWalk& walk, int jobs, const OpenBytes& open, const PrepareStep& prepare,
+                     const StepDone& done) {
+  OrderedReading(walk, jobs, open, prepare, done).Run();
 }
 
 }  // namespace tool

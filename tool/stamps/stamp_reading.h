@@ -19,12 +19,24 @@ using OpenBytes = std::function<std::unique_ptr<ByteSource>(const std::wstring& 
 SceneStamp ReadStamp(const WalkStep& file, const OpenBytes& open);
 SceneStamp UnlistedFolderStamp(const WalkStep& folder);
 
-// Takes the walk's steps and reads the files among them on `jobs` threads (the calling
-// one and jobs - 1 more), and hands every step, with the file's row, to done in the walk's
-// order, one call at a time, from any of those threads. A few steps a job are held at
-// most, so memory does not grow with the number of files. Rethrows what done throws.
-using StepDone = std::function<void(const WalkStep& step, const SceneStamp& fileStamp)>;
-void ReadInWalkOrder(SceneWalk& walk, int jobs, const OpenBytes& open, const StepDone& done);
+// A step of the walk as it is handed back: for a file or a folder that could not be listed, its
+// row, and the row's text as the report shows it.
+struct ReadStep {
+  WalkStep step;
+  SceneStamp stamp;
+  std::string text;
+};
+
+// Takes the walk's steps and reads the files among them on up to `jobs` threads (the calling
+// one and helpers): one a core, and more while reads wait on the storage. Each step is given to
+// prepare on the thread that read it, so that what a row costs beyond the reading is shared out
+// too, and then handed to done in the walk's order, one call at a time, from any of those
+// threads. A few steps a job are held at most, so memory does not grow with the number of
+// files. Rethrows what prepare or done throws.
+using PrepareStep = std::function<void(ReadStep& read)>;
+using StepDone = std::function<void(ReadStep& read)>;
+void ReadInWalkOrder(SceneWalk& walk, int jobs, const OpenBytes& open, const PrepareStep& prepare,
+                     const StepDone& done);
 
 }  // namespace tool
 }  // namespace hublet

@@ -27,8 +27,9 @@ const char kHelp[] =
     "  PATH...            scene files, and folders to search (with every folder under them)\n"
     "  --files-from FILE  also the paths in FILE, one a line (\"-\": standard input)\n"
     "  --all-files        in folders, read every file, not only *.max\n"
-    "  --jobs N           read N files at once (default 16: on network storage each read\n"
-    "                     waits a round trip)\n"
+    "  --jobs N           read up to N files at once (default 16: on network storage each\n"
+    "                     read waits a round trip); more than one a core only while reads\n"
+    "                     wait on the storage\n"
     "  --format text      a table for people (default)\n"
     "  --format json      a \"hublet-stamps/1\" JSON document\n"
     "  --format csv       comma-separated values with a header line\n"
@@ -66,10 +67,18 @@ class StampsRun {
     WriteOut(printer_.Begin());
   }
 
-  void Step(const WalkStep& step, const SceneStamp& fileStamp) {
+  // On the thread that read the step.
+  void Prepare(ReadStep& read) const {
+    if (read.step.kind == WalkStep::Kind::kFile || read.step.kind == WalkStep::Kind::kUnlistedFolder)
+      read.text = printer_.Row(read.stamp);
+  }
+
+  // In the walk's order.
+  void Step(const ReadStep& read) {
+    const WalkStep& step = read.step;
     switch (step.kind) {
-      case WalkStep::Kind::kFile: Report(fileStamp); break;
-      case WalkStep::Kind::kUnlistedFolder: Report(UnlistedFolderStamp(step)); break;
+      case WalkStep::Kind::kFile:
+      case WalkStep::Kind::kUnlistedFolder: Report(read.stamp, read.text); break;
       case WalkStep::Kind::kUnreadablePath:
         ++unreadPaths_;
         WriteError("hublet: cannot read " + ShownInMessage(step.shown) + ": " + step.reason + "\n");
@@ -100,10 +109,10 @@ class StampsRun {
   }
 
  private:
-  void Report(const SceneStamp& stamp) {
+  void Report(const SceneStamp& stamp, const std::string& row) {
+    WriteOut(printer_.BeforeRow(tally_.Files() + tally_.Folders() == 0) + row);
     tally_.Add(stamp);
     if (!stamp.reached) ++(stamp.isFolder ? unreadFolders_ : unreadFiles_);
-    WriteOut(printer_.Row(stamp));
     if (std::ferror(stdout)) throw OutputFailed();
   }
 
@@ -162,8 +171,9 @@ int RunStampsCommand(const std::vector<std::string>& arguments) {
   SceneWalk walk(pathList, allFiles);
   StampsRun run(*printer, allFiles);
   try {
-    ReadInWalkOrder(walk, jobs, OpenFileBytes,
-                    [&run](const WalkStep& step, const SceneStamp& fileStamp) { run.Step(step, fileStamp); });
+    ReadInWalkOrder(
+        walk, jobs, OpenFileBytes, [&run](ReadStep& read) { run.Prepare(read); },
+        [&run](ReadStep& read) { run.Step(read); });
   } catch (const OutputFailed&) {
     return kExitUsage;
   }

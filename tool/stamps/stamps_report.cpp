@@ -54,14 +54,25 @@ std::string ShownTime(const FileTime& time) {
 
 std::string JsonOrNull(const std::string& text) { return text.empty() ? "null" : JsonString(text); }
 
-std::string CsvField(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string quoted = "\"";
-  for (const char c : text) {
-    if (c == '"') quoted += '"';
-    quoted += c;
+// A CSV field written at the end of line, quoted where it holds a separator, a quote or a
+// line end.
+void AppendCsvField(std::string& line, const std::string& text) {
+  if (std::none_of(text.begin(), text.end(), [](char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; })) {
+    line += text;
+    return;
   }
-  return quoted + "\"";
+  line += '"';
+  for (const char c : text) {
+    if (c == '"') line += '"';
+    line += c;
+  }
+  line += '"';
+}
+
+std::string CsvField(const std::string& text) {
+  std::string field;
+  AppendCsvField(field, text);
+  return field;
 }
 
 // Rows are printed before the longest is known, so the columns have fixed widths: every
@@ -70,16 +81,18 @@ class TextPrinter : public StampsPrinter {
  public:
   explicit TextPrinter(bool summary) : summary_(summary) {}
   std::string Begin() override { return std::string(); }
-  std::string Row(const SceneStamp& stamp) override {
-    std::string text = rows_++ == 0 ? Line({"STATUS", "STAMP DATE", "STAMP SAVER", "PREVIOUS", "LAST SAVED BY",
-                                            "LAST SAVED", "CREATED", "FILE"},
-                                           columnWidths_)
-                                    : "";
+  std::string BeforeRow(bool first) const override {
+    return first ? Line({"STATUS", "STAMP DATE", "STAMP SAVER", "PREVIOUS", "LAST SAVED BY", "LAST SAVED", "CREATED",
+                         "FILE"},
+                        columnWidths_)
+                 : std::string();
+  }
+  std::string Row(const SceneStamp& stamp) const override {
     const std::string saved = !stamp.saveDate.empty() ? stamp.saveDate : ShownText(stamp.savedAs);
-    return text + Line({StampStatusName(stamp.status), saved, ShownText(stamp.saver), ShownText(stamp.previous),
-                        ShownText(stamp.lastSavedBy), ShownTime(stamp.lastSaved), ShownTime(stamp.created),
-                        Escaped(Utf8ToWide(stamp.file)) + (stamp.note.empty() ? "" : "  (" + stamp.note + ")")},
-                       columnWidths_);
+    return Line({StampStatusName(stamp.status), saved, ShownText(stamp.saver), ShownText(stamp.previous),
+                 ShownText(stamp.lastSavedBy), ShownTime(stamp.lastSaved), ShownTime(stamp.created),
+                 Escaped(Utf8ToWide(stamp.file)) + (stamp.note.empty() ? "" : "  (" + stamp.note + ")")},
+                columnWidths_);
   }
   std::string End(const StampTally& tally) override {
     std::string text = std::to_string(tally.Files()) + (tally.Files() == 1 ? " file" : " files");
@@ -104,25 +117,26 @@ class TextPrinter : public StampsPrinter {
  private:
   const std::vector<std::size_t> columnWidths_ = {22, 12, 26, 26, 22, 20, 20, 0};
   const bool summary_;
-  int rows_ = 0;
 };
 
 class JsonPrinter : public StampsPrinter {
  public:
   explicit JsonPrinter(bool summary) : summary_(summary) {}
   std::string Begin() override { return "{\n  \"schema\": \"hublet-stamps/1\",\n  \"files\": ["; }
-  std::string Row(const SceneStamp& stamp) override {
-    std::string json = std::string(rows_++ == 0 ? "" : ",") + "\n    {";
+  std::string BeforeRow(bool first) const override { return first ? "" : ","; }
+  std::string Row(const SceneStamp& stamp) const override {
+    std::string json = "\n    {";
     const char* separator = "";
+    std::string value;
     for (const StampField& field : StampFields()) {
-      const FieldValue value = field.value(stamp);
-      json += separator + JsonString(field.jsonName) + ": " + (value.present ? JsonString(value.text) : "null");
+      const bool present = field.value(stamp, value);
+      json += separator + JsonString(field.jsonName) + ": " + (present ? JsonString(value) : "null");
       separator = ", ";
     }
     return json + "}";
   }
   std::string End(const StampTally& tally) override {
-    std::string json = std::string(rows_ == 0 ? "" : "\n  ") + "],\n  \"counts\": {" + Counts(tally, true) + "}";
+    std::string json = std::string(tally.Files() + tally.Folders() == 0 ? "" : "\n  ") + "],\n  \"counts\": {" + Counts(tally, true) + "}";
     if (summary_) {
       json += ",\n  \"savers\": [";
       const std::vector<SaverSummary> savers = tally.Savers();
@@ -138,7 +152,6 @@ class JsonPrinter : public StampsPrinter {
 
  private:
   const bool summary_;
-  int rows_ = 0;
 };
 
 // With the summary, the CSV is the summary's table instead of the files'.
@@ -151,15 +164,18 @@ class CsvPrinter : public StampsPrinter {
     for (const StampField& field : StampFields()) header += std::string(header.empty() ? "" : ",") + field.csvName;
     return header + "\r\n";
   }
-  std::string Row(const SceneStamp& stamp) override {
+  std::string BeforeRow(bool) const override { return std::string(); }
+  std::string Row(const SceneStamp& stamp) const override {
     if (summary_) return std::string();
-    std::string line;
-    const char* separator = "";
+    std::string line, value;
+    line.reserve(256);
     for (const StampField& field : StampFields()) {
-      line += separator + CsvField(field.value(stamp).text);
-      separator = ",";
+      if (&field != &StampFields().front()) line += ',';
+      field.value(stamp, value);
+      AppendCsvField(line, value);
     }
-    return line + "\r\n";
+    line += "\r\n";
+    return line;
   }
   std::string End(const StampTally& tally) override {
     if (!summary_) return std::string();

@@ -1,7 +1,8 @@
 #pragma once
 // The outputs of hublet stamps: a table for people, JSON ("hublet-stamps/1") and CSV. Each
-// row is written as its file is read; the end (counts, the savers' summary) comes from the
-// tally of all rows.
+// row is made on the thread that read its file, the same whichever rows come before it, and
+// written in the report's order; the end (counts, the savers' summary) comes from the tally
+// of all rows.
 #include <memory>
 #include <string>
 
@@ -15,7 +16,10 @@ class StampsPrinter {
  public:
   virtual ~StampsPrinter() = default;
   virtual std::string Begin() = 0;
-  virtual std::string Row(const SceneStamp& stamp) = 0;
+  // What goes before a row: the header before the first, a separator between rows.
+  virtual std::string BeforeRow(bool first) const = 0;
+  // Safe to call from several threads at once.
+  virtual std::string Row(const SceneStamp& stamp) const = 0;
   virtual std::string End(const StampTally& tally) = 0;
 };
 

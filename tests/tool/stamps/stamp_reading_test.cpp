@@ -6,6 +6,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -105,10 +107,13 @@ std::vector<std::string> ReadAll(const std::vector<std::string>& paths, int jobs
   PathList list(paths, nullptr, std::string());
   SceneWalk walk(list, false);
   std::vector<std::string> rows;
-  ReadInWalkOrder(walk, jobs, open, [&](const WalkStep& step, const SceneStamp& stamp) {
-    rows.push_back(step.shown + " " + StampStatusName(stamp.status) + " " + WideToUtf8(stamp.saver.value) + " " +
-                   stamp.note);
-  });
+  ReadInWalkOrder(
+      walk, jobs, open,
+      [](ReadStep& read) {
+        read.text = read.step.shown + " " + StampStatusName(read.stamp.status) + " " +
+                    WideToUtf8(read.stamp.saver.value) + " " + read.stamp.note;
+      },
+      [&](ReadStep& read) { rows.push_back(read.text); });
   return rows;
 }
 
@@ -126,7 +131,8 @@ TEST(StampReading, RowsComeInTheWalksOrderWhateverTheJobsAndTheWaits) {
   // Earlier files wait longest, so they finish after later ones.
   for (const int jobs : {2, 5, 16}) {
     Opens opens;
-    EXPECT_EQ(ReadAll(paths, jobs, WaitingOpener(opens, [](int n) { return std::chrono::microseconds(n % 7 == 0 ? 3000 : 100); })),
+    EXPECT_EQ(ReadAll(paths, jobs,
+                      WaitingOpener(opens, [](int n) { return std::chrono::microseconds(n % 7 == 0 ? 3000 : 100); })),
               expected)
         << jobs << " jobs";
   }
@@ -150,6 +156,36 @@ TEST(StampReading, SixteenJobsWaitForSixteenReadsAtOnce) {
   EXPECT_LT((end - middle) * 4, middle - start);
 }
 
+// The threads that prepared the rows, for a folder read four times over.
+std::set<std::thread::id> PreparingThreads(const SceneFolder& folder, int jobs, const OpenBytes& open) {
+  PathList list(std::vector<std::string>(4, folder.path()), nullptr, std::string());
+  SceneWalk walk(list, false);
+  std::mutex mutex;
+  std::set<std::thread::id> threads;
+  ReadInWalkOrder(
+      walk, jobs, open,
+      [&](ReadStep&) {
+        std::lock_guard<std::mutex> lock(mutex);
+        threads.insert(std::this_thread::get_id());
+      },
+      [](ReadStep&) {});
+  return threads;
+}
+
+// Threads beyond the cores would only take turns on them while the files are in memory; while
+// reads wait on the storage, every job is used.
+TEST(StampReading, ThreadsBeyondTheCoresStartOnlyWhileReadsWait) {
+  const SceneFolder folder;
+  Opens quick, waiting;
+  // One a core, and one more for each read that a busy machine happened to hold up.
+  EXPECT_LT(PreparingThreads(folder, 16, WaitingOpener(quick, [](int) { return std::chrono::microseconds(0); })).size(),
+            16u);
+  EXPECT_EQ(
+      PreparingThreads(folder, 16, WaitingOpener(waiting, [](int) { return std::chrono::microseconds(1000); })).size(),
+      16u);
+  EXPECT_LE(waiting.mostOpen, 16);
+}
+
 // Rows after a slow file wait for it to be handed back; the files read meanwhile are
 // bounded by the jobs, not by the files.
 TEST(StampReading, ASlowFileHoldsBackOnlyAFewOthers) {
@@ -159,9 +195,11 @@ TEST(StampReading, ASlowFileHoldsBackOnlyAFewOthers) {
   const OpenBytes open = WaitingOpener(opens, [](int n) { return std::chrono::microseconds(n == 0 ? 20000 : 0); });
   PathList list({folder.path()}, nullptr, std::string());
   SceneWalk walk(list, false);
-  ReadInWalkOrder(walk, 3, open, [&](const WalkStep&, const SceneStamp&) {
-    if (openedWhileFirstWasRead < 0) openedWhileFirstWasRead = opens.opened.load();
-  });
+  ReadInWalkOrder(
+      walk, 3, open, [](ReadStep&) {},
+      [&](ReadStep&) {
+        if (openedWhileFirstWasRead < 0) openedWhileFirstWasRead = opens.opened.load();
+      });
   EXPECT_LE(openedWhileFirstWasRead, 3 * 3);
   EXPECT_EQ(opens.opened, kFiles);
 }
@@ -172,10 +210,11 @@ TEST(StampReading, AFailureToHandBackStopsEveryJobAndReachesTheCaller) {
   int handedBack = 0;
   PathList list({folder.path()}, nullptr, std::string());
   SceneWalk walk(list, false);
-  EXPECT_THROW(ReadInWalkOrder(walk, 4, WaitingOpener(opens, [](int) { return std::chrono::microseconds(500); }),
-                               [&](const WalkStep&, const SceneStamp&) {
-                                 if (++handedBack == 3) throw std::runtime_error("cannot write the output");
-                               }),
+  EXPECT_THROW(ReadInWalkOrder(
+                   walk, 4, WaitingOpener(opens, [](int) { return std::chrono::microseconds(500); }), [](ReadStep&) {},
+                   [&](ReadStep&) {
+                     if (++handedBack == 3) throw std::runtime_error("cannot write the output");
+                   }),
                std::runtime_error);
   EXPECT_EQ(handedBack, 3);
   EXPECT_LT(opens.opened, kFiles);
