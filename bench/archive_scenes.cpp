@@ -11,8 +11,13 @@ namespace bench {
 
 testing::CompoundImage ArchiveScene(int index) {
   using namespace testing;
-  const std::u16string saver = index % 3 == 0 ? u"anna on RENDER07" : u"bob on WS12";
-  const std::vector<RawProperty> stamp = {Utf16Property(2, u"14-11-2026"), Utf16Property(3, saver),
+  // As an archive holds them: stamped at 3ds Max's last save (by adavis4, on 14 November
+  // 2023), on two machines; one in ten stale, stamped by anna before adavis4 saved it
+  // without the plug-in.
+  const std::u16string saver = index % 10 == 9  ? u"anna on RENDER07"
+                               : index % 3 == 0 ? u"adavis4 on RENDER07"
+                                                : u"adavis4 on WS12";
+  const std::vector<RawProperty> stamp = {Utf16Property(2, u"14-11-2023"), Utf16Property(3, saver),
                                           Utf16Property(4, u"anna on RENDER07")};
   const std::uint32_t thumbnail = 24000 + 4096 * static_cast<std::uint32_t>(index % 12);
   const std::uint64_t scene = 300000 + 100000 * static_cast<std::uint64_t>(index % 9);

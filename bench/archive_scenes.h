@@ -10,7 +10,8 @@
 namespace hublet {
 namespace bench {
 
-// The scene number index of an archive: its saver, thumbnail and size vary with it.
+// The scene number index of an archive: its saver, thumbnail and size vary with it; one in
+// ten is stale.
 testing::CompoundImage ArchiveScene(int index);
 
 // Writes image to path, its all-zero 4 KiB blocks (and its zero end) left unwritten.

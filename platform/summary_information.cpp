@@ -33,6 +33,7 @@ std::uint32_t Le32(const std::uint8_t* p) {
 
 std::wstring Utf16ToWide(const std::string& bytes) {
   std::wstring text;
+  text.reserve(bytes.size() / 2);
   for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
     text += static_cast<wchar_t>(static_cast<std::uint8_t>(bytes[i]) | static_cast<std::uint8_t>(bytes[i + 1]) << 8);
   return text;
