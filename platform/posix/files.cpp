@@ -69,6 +69,10 @@ std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t at) {
 std::wstring WideName(const std::string& bytes) {
   std::wstring wide;
   std::size_t at = 0;
+  while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80) ++at;
+  // ASCII, as most names are, needs no look for bytes that are not UTF-8.
+  if (at == bytes.size()) return std::wstring(bytes.begin(), bytes.end());
+  at = 0;
   while (at < bytes.size()) {
     std::size_t text = at;
     while (text < bytes.size()) {
@@ -100,6 +104,8 @@ std::string NameBytes(const std::wstring& wide, ByteOf byteOf) {
       text = i + 1;
     }
   }
+  // Most names hold no escaped byte: they are UTF-8 as they stand.
+  if (text == 0) return WideToUtf8(wide);
   return bytes + WideToUtf8(wide.substr(text));
 }
 
@@ -120,9 +126,10 @@ PathKind KindOfNativePath(const std::string& path, std::string& whyMissing) {
 
 // An entry's kind from the listing where the file system gives it, so that a folder of
 // thousands of files costs no question per file; a link is followed to tell a folder.
-PathKind KindOfEntry(const std::string& path, unsigned char type) {
+PathKind KindOfEntry(const std::string& folder, const std::string& name, unsigned char type) {
   if (type == DT_REG) return PathKind::kFile;
   if (type == DT_DIR) return PathKind::kDirectory;
+  const std::string path = folder + name;
   if (type == DT_UNKNOWN) {
     struct stat info;
     if (::lstat(path.c_str(), &info) != 0) return PathKind::kMissing;
@@ -182,7 +189,7 @@ bool ListDirectory(const std::wstring& path, std::vector<DirectoryEntry>& entrie
     if (entry == nullptr) break;
     const std::string name = entry->d_name;
     if (name == "." || name == "..") continue;
-    entries.push_back(DirectoryEntry{WideName(name), KindOfEntry(folder + name, entry->d_type)});
+    entries.push_back(DirectoryEntry{WideName(name), KindOfEntry(folder, name, entry->d_type)});
   }
   const int readError = errno;
   ::closedir(directory);

@@ -1,15 +1,19 @@
 #include "tool/stamps/scene_walk.h"
 
+#include <utility>
+
 namespace hublet {
 namespace tool {
 namespace {
 
 bool IsMaxFile(const std::wstring& name) {
   if (name.size() < 4) return false;
-  std::wstring end = name.substr(name.size() - 4);
-  for (wchar_t& c : end)
-    if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c - L'A' + L'a');
-  return end == L".max";
+  const wchar_t* end = name.data() + name.size() - 4;
+  for (int i = 0; i < 4; ++i) {
+    const wchar_t c = end[i] >= L'A' && end[i] <= L'Z' ? static_cast<wchar_t>(end[i] - L'A' + L'a') : end[i];
+    if (c != L".max"[i]) return false;
+  }
+  return true;
 }
 
 bool IsSeparator(wchar_t c) { return c == L'/' || c == L'\\'; }
@@ -18,11 +22,11 @@ std::wstring Join(const std::wstring& folder, const std::wstring& name) {
   return !folder.empty() && IsSeparator(folder.back()) ? folder + name : folder + L"/" + name;
 }
 
-WalkStep Step(WalkStep::Kind kind, const std::wstring& path, const std::string& reason = std::string()) {
+WalkStep Step(WalkStep::Kind kind, std::wstring path, const std::string& reason = std::string()) {
   WalkStep step;
   step.kind = kind;
-  step.path = path;
   step.shown = ShownPath(path);
+  step.path = std::move(path);
   step.reason = reason;
   return step;
 }
@@ -37,13 +41,12 @@ bool SceneWalk::Next(WalkStep& step) {
       continue;
     }
     const DirectoryEntry& entry = folder.entries[folder.next++];
-    const std::wstring path = Join(folder.path, entry.name);
     if (entry.kind == PathKind::kDirectory) {
-      if (Enter(path, step)) continue;
+      if (Enter(Join(folder.path, entry.name), step)) continue;
     } else if (allFiles_ || IsMaxFile(entry.name)) {
       // Anything else by that name (a link to nothing, a pipe) is read too, and the
       // reading says why it fails.
-      step = Step(WalkStep::Kind::kFile, path);
+      step = Step(WalkStep::Kind::kFile, Join(folder.path, entry.name));
     } else {
       continue;
     }

@@ -46,7 +46,9 @@ class OrderedReading {
         prepare_(prepare),
         done_(done),
         ring_(window_),
-        ready_(window_, false) {}
+        ready_(window_, false) {
+    for (std::unique_ptr<ReadStep>& slot : ring_) slot.reset(new ReadStep);
+  }
 
   void Run() {
     for (int i = 1; i < std::min(mostThreads_, Cores()); ++i) AddThread();
@@ -58,19 +60,21 @@ class OrderedReading {
  private:
   void Work() {
     try {
-      ReadStep read;
+      // Steps move between the threads and the ring by pointer, so that a row's dozen strings
+      // stay where they are.
+      std::unique_ptr<ReadStep> read(new ReadStep);
       std::size_t index = 0;
-      while (Take(read.step, index)) {
-        if (read.step.kind == WalkStep::Kind::kFile) {
+      while (Take(read->step, index)) {
+        if (read->step.kind == WalkStep::Kind::kFile) {
           const auto start = std::chrono::steady_clock::now();
-          read.stamp = ReadStamp(read.step, open_);
+          read->stamp = ReadStamp(read->step, open_);
           if (std::chrono::steady_clock::now() - start > kWaitedRead) AddThread();
         } else {
-          read.stamp =
-              read.step.kind == WalkStep::Kind::kUnlistedFolder ? UnlistedFolderStamp(read.step) : SceneStamp();
+          read->stamp =
+              read->step.kind == WalkStep::Kind::kUnlistedFolder ? UnlistedFolderStamp(read->step) : SceneStamp();
         }
-        read.text.clear();
-        prepare_(read);
+        read->text.clear();
+        prepare_(*read);
         Leave(index, read);
       }
     } catch (...) {
@@ -133,7 +137,7 @@ class OrderedReading {
     return true;
   }
 
-  void Leave(std::size_t index, ReadStep& read) {
+  void Leave(std::size_t index, std::unique_ptr<ReadStep>& read) {
     std::unique_lock<std::mutex> lock(mutex_);
     if (stopping_) return;
     std::swap(ring_[index % window_], read);
@@ -147,7 +151,7 @@ class OrderedReading {
       ++handedBack_;
       if (waiting_ > 0) room_.notify_all();
       lock.unlock();
-      done_(read);
+      done_(*read);
       lock.lock();
     }
     handingBack_ = false;
@@ -168,8 +172,8 @@ class OrderedReading {
   std::size_t taken_ = 0;  // steps taken from the walk
   std::mutex mutex_;       // the rest
   std::condition_variable room_;
-  std::size_t reserved_ = 0;    // steps threads have been allowed to take
-  std::vector<ReadStep> ring_;  // step i waits in ring_[i % window_] until handed back
+  std::size_t reserved_ = 0;                     // steps threads have been allowed to take
+  std::vector<std::unique_ptr<ReadStep>> ring_;  // step i waits in ring_[i % window_] until handed back
   std::vector<bool> ready_;
   std::size_t handedBack_ = 0;
   bool handingBack_ = false;  // a thread is handing back: steps are handed back one at a time

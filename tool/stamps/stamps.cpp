@@ -1,5 +1,7 @@
 #include "tool/stamps/stamps.h"
 
+#include <utility>
+
 #include "platform/file_time.h"
 #include "tool/common/calendar.h"
 #include "tool/stamps/stale_stamp.h"
@@ -17,12 +19,12 @@ bool TakeNumber(const std::wstring& text, std::size_t& at, int& value) {
   return at > start && text[start] != L'0';
 }
 
-std::string Irregularity(const SummaryInformation& info) {
-  if (!info.title.isText) return info.title.present ? "the title is not text" : "no title";
-  if (StampDateAsIso(info.title.value).empty()) return "the title is not a date written as D-M-YYYY";
-  if (!info.subject.isText) return info.subject.present ? "the subject is not text" : "no subject";
-  if (info.subject.value.find(L" on ") == std::wstring::npos) return "the subject is not \"USER on MACHINE\"";
-  if (!info.author.isText) return info.author.present ? "the author is not text" : "no author";
+std::string Irregularity(const SceneStamp& stamp) {
+  if (!stamp.savedAs.isText) return stamp.savedAs.present ? "the title is not text" : "no title";
+  if (stamp.saveDate.empty()) return "the title is not a date written as D-M-YYYY";
+  if (!stamp.saver.isText) return stamp.saver.present ? "the subject is not text" : "no subject";
+  if (stamp.saver.value.find(L" on ") == std::wstring::npos) return "the subject is not \"USER on MACHINE\"";
+  if (!stamp.previous.isText) return stamp.previous.present ? "the author is not text" : "no author";
   return std::string();
 }
 
@@ -58,31 +60,31 @@ std::string StampDateAsIso(const std::wstring& text) {
 
 std::string IsoTime(const FileTime& time) { return time.isTime ? FileTimeToIso8601(time.ticks) : std::string(); }
 
-SceneStamp JudgeStamp(const std::string& file, const SummaryInformation& info) {
+SceneStamp JudgeStamp(const std::string& file, SummaryInformation info) {
   SceneStamp stamp;
   stamp.file = file;
-  stamp.note = info.reason;
-  stamp.saver = info.subject;
-  stamp.previous = info.author;
-  stamp.savedAs = info.title;
-  stamp.lastSavedBy = info.lastSavedBy;
+  stamp.note = std::move(info.reason);
+  stamp.saver = std::move(info.subject);
+  stamp.previous = std::move(info.author);
+  stamp.savedAs = std::move(info.title);
+  stamp.lastSavedBy = std::move(info.lastSavedBy);
   stamp.lastSaved = info.lastSaved;
   stamp.created = info.created;
-  if (info.title.isText) stamp.saveDate = StampDateAsIso(info.title.value);
+  if (stamp.savedAs.isText) stamp.saveDate = StampDateAsIso(stamp.savedAs.value);
   switch (info.status) {
     case SummaryStatus::kNotCompoundFile: stamp.status = StampStatus::kNotCompoundFile; return stamp;
     case SummaryStatus::kNoSummaryInformation: stamp.status = StampStatus::kNoSummaryInformation; return stamp;
     case SummaryStatus::kUnreadable: stamp.status = StampStatus::kUnreadable; return stamp;
     case SummaryStatus::kRead: break;
   }
-  stamp.note = Irregularity(info);
-  if (!info.title.present && !info.subject.present)
+  stamp.note = Irregularity(stamp);
+  if (!stamp.savedAs.present && !stamp.saver.present)
     stamp.status = StampStatus::kNeverStamped;
   else
     stamp.status = stamp.note.empty() ? StampStatus::kStamped : StampStatus::kIrregular;
   if (stamp.status == StampStatus::kNeverStamped) stamp.note.clear();
   if (stamp.status == StampStatus::kStamped) {
-    stamp.note = WhyStale(info.subject.value, stamp.saveDate, info.lastSavedBy, info.lastSaved);
+    stamp.note = WhyStale(stamp.saver.value, stamp.saveDate, stamp.lastSavedBy, stamp.lastSaved);
     if (!stamp.note.empty()) stamp.status = StampStatus::kStale;
   }
   return stamp;

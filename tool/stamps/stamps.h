@@ -38,7 +38,7 @@ struct SceneStamp {
   FileTime created;         // property 12, UTC
 };
 
-SceneStamp JudgeStamp(const std::string& file, const SummaryInformation& info);
+SceneStamp JudgeStamp(const std::string& file, SummaryInformation info);
 
 // "D-M-YYYY" as the plug-in writes it (no leading zeros) as "YYYY-MM-DD"; empty when the
 // text is not such a date or not a day of the calendar.
