@@ -50,11 +50,12 @@ class OrderedReading {
     for (std::unique_ptr<ReadStep>& slot : ring_) slot.reset(new ReadStep);
   }
 
-  void Run() {
+  int Run() {
     for (int i = 1; i < std::min(mostThreads_, Cores()); ++i) AddThread();
     Work();
     JoinHelpers();
     if (failure_) std::rethrow_exception(failure_);
+    return threads_;
   }
 
  private:
@@ -202,9 +203,9 @@ SceneStamp UnlistedFolderStamp(const WalkStep& folder) {
   return stamp;
 }
 
-void ReadInWalkOrder(SceneWalk& walk, int jobs, const OpenBytes& open, const PrepareStep& prepare,
-                     const StepDone& done) {
-  OrderedReading(walk, jobs, open, prepare, done).Run();
+int ReadInWalkOrder(SceneWalk& walk, int jobs, const OpenBytes& open, const PrepareStep& prepare,
+                    const StepDone& done) {
+  return OrderedReading(walk, jobs, open, prepare, done).Run();
 }
 
 }  // namespace tool

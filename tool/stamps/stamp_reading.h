@@ -32,11 +32,12 @@ struct ReadStep {
 // prepare on the thread that read it, so that what a row costs beyond the reading is shared out
 // too, and then handed to done in the walk's order, one call at a time, from any of those
 // threads. A few steps a job are held at most, so memory does not grow with the number of
-// files. Rethrows what prepare or done throws.
+// files. Rethrows what prepare or done throws; else returns how many threads read (the calling
+// one among them).
 using PrepareStep = std::function<void(ReadStep& read)>;
 using StepDone = std::function<void(ReadStep& read)>;
-void ReadInWalkOrder(SceneWalk& walk, int jobs, const OpenBytes& open, const PrepareStep& prepare,
-                     const StepDone& done);
+int ReadInWalkOrder(SceneWalk& walk, int jobs, const OpenBytes& open, const PrepareStep& prepare,
+                    const StepDone& done);
 
 }  // namespace tool
 }  // namespace hublet
