@@ -4,6 +4,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <exception>
+#include <limits>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -33,7 +34,7 @@ SceneStamp UnreadableStamp(const WalkStep& step, const std::string& note, bool r
 // window slots; whichever thread finds the oldest step ready hands back, outside the lock,
 // every step ready from there on, while the others read on. No thread waits on another except
 // when the oldest step still being read holds back a full window behind it. Reading starts on a
-// thread a core; each read that waited on the storage starts one more, up to jobs: threads
+// thread a core; a read that waited on the storage starts the rest, up to jobs: threads
 // beyond the cores only help while reads wait, and on files in memory they would only take
 // turns on the cores.
 class OrderedReading {
@@ -51,7 +52,7 @@ class OrderedReading {
   }
 
   int Run() {
-    for (int i = 1; i < std::min(mostThreads_, Cores()); ++i) AddThread();
+    AddThreads(Cores());
     Work();
     JoinHelpers();
     if (failure_) std::rethrow_exception(failure_);
@@ -69,7 +70,7 @@ class OrderedReading {
         if (read->step.kind == WalkStep::Kind::kFile) {
           const auto start = std::chrono::steady_clock::now();
           read->stamp = ReadStamp(read->step, open_);
-          if (std::chrono::steady_clock::now() - start > kWaitedRead) AddThread();
+          if (std::chrono::steady_clock::now() - start > kWaitedRead) AddThreads(std::numeric_limits<int>::max());
         } else {
           read->stamp =
               read->step.kind == WalkStep::Kind::kUnlistedFolder ? UnlistedFolderStamp(read->step) : SceneStamp();
@@ -87,12 +88,15 @@ class OrderedReading {
     }
   }
 
-  void AddThread() {
+  // Threads up to count in all, at once: where starting a thread is slow (under Wine), a
+  // thread at a time would hold the reads back.
+  void AddThreads(int count) {
     std::lock_guard<std::mutex> lock(threadsMutex_);
-    if (threadsJoined_ || threads_ >= mostThreads_) return;
     try {
-      helpers_.emplace_back([this] { Work(); });
-      ++threads_;
+      while (!threadsJoined_ && threads_ < std::min(count, mostThreads_)) {
+        helpers_.emplace_back([this] { Work(); });
+        ++threads_;
+      }
     } catch (const std::system_error&) {
       // The system gives no more threads: the ones it gave do the work.
       mostThreads_ = threads_;
