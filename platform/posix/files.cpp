@@ -67,12 +67,11 @@ std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t at) {
 
 // A name's bytes as a wide path (see WidePath) and back.
 std::wstring WideName(const std::string& bytes) {
+  // ASCII, as most names are, needs no look for bytes that are not UTF-8.
+  if (std::all_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x80; }))
+    return std::wstring(bytes.begin(), bytes.end());
   std::wstring wide;
   std::size_t at = 0;
-  while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80) ++at;
-  // ASCII, as most names are, needs no look for bytes that are not UTF-8.
-  if (at == bytes.size()) return std::wstring(bytes.begin(), bytes.end());
-  at = 0;
   while (at < bytes.size()) {
     std::size_t text = at;
     while (text < bytes.size()) {

@@ -32,8 +32,10 @@ class StampTally {
 
   int Files() const { return files_; }
   int Folders() const { return folders_; }
+  // The report's rows so far: the files and the folders that could not be listed.
+  int Rows() const { return files_ + folders_; }
   int Count(StampStatus status) const { return counts_[static_cast<int>(status)]; }
-  bool AllStamped() const { return Count(StampStatus::kStamped) == files_ + folders_; }
+  bool AllStamped() const { return Count(StampStatus::kStamped) == Rows(); }
   // Sorted by saver, then source.
   std::vector<SaverSummary> Savers() const;
 

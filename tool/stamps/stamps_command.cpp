@@ -110,7 +110,7 @@ class StampsRun {
 
  private:
   void Report(const SceneStamp& stamp, const std::string& row) {
-    WriteOut(printer_.BeforeRow(tally_.Files() + tally_.Folders() == 0) + row);
+    WriteOut(printer_.BeforeRow(tally_.Rows() == 0) + row);
     tally_.Add(stamp);
     if (!stamp.reached) ++(stamp.isFolder ? unreadFolders_ : unreadFiles_);
     if (std::ferror(stdout)) throw OutputFailed();

@@ -136,7 +136,7 @@ class JsonPrinter : public StampsPrinter {
     return json + "}";
   }
   std::string End(const StampTally& tally) override {
-    std::string json = std::string(tally.Files() + tally.Folders() == 0 ? "" : "\n  ") + "],\n  \"counts\": {" + Counts(tally, true) + "}";
+    std::string json = std::string(tally.Rows() == 0 ? "" : "\n  ") + "],\n  \"counts\": {" + Counts(tally, true) + "}";
     if (summary_) {
       json += ",\n  \"savers\": [";
       const std::vector<SaverSummary> savers = tally.Savers();
