@@ -19,6 +19,10 @@ namespace {
 // storage, and another thread can wait beside it.
 constexpr std::chrono::microseconds kWaitedRead(200);
 
+// A read now and then is held up as long by the machine (a thread put aside for another); only
+// reads that keep waiting, one after another on a thread, show storage that waits.
+constexpr int kWaitsInARow = 3;
+
 int Cores() { return std::max(1u, std::thread::hardware_concurrency()); }
 
 SceneStamp UnreadableStamp(const WalkStep& step, const std::string& note, bool reached) {
@@ -34,7 +38,7 @@ SceneStamp UnreadableStamp(const WalkStep& step, const std::string& note, bool r
 // window slots; whichever thread finds the oldest step ready hands back, outside the lock,
 // every step ready from there on, while the others read on. No thread waits on another except
 // when the oldest step still being read holds back a full window behind it. Reading starts on a
-// thread a core; a read that waited on the storage starts the rest, up to jobs: threads
+// thread a core; reads that keep waiting on the storage start the rest, up to jobs: threads
 // beyond the cores only help while reads wait, and on files in memory they would only take
 // turns on the cores.
 class OrderedReading {
@@ -66,11 +70,16 @@ class OrderedReading {
       // stay where they are.
       std::unique_ptr<ReadStep> read(new ReadStep);
       std::size_t index = 0;
+      int waitsInARow = 0;
       while (Take(read->step, index)) {
         if (read->step.kind == WalkStep::Kind::kFile) {
           const auto start = std::chrono::steady_clock::now();
           read->stamp = ReadStamp(read->step, open_);
-          if (std::chrono::steady_clock::now() - start > kWaitedRead) AddThreads(std::numeric_limits<int>::max());
+          if (std::chrono::steady_clock::now() - start <= kWaitedRead) {
+            waitsInARow = 0;
+          } else if (++waitsInARow == kWaitsInARow) {
+            AddThreads(std::numeric_limits<int>::max());
+          }
         } else {
           read->stamp =
               read->step.kind == WalkStep::Kind::kUnlistedFolder ? UnlistedFolderStamp(read->step) : SceneStamp();
