@@ -187,10 +187,18 @@ TEST(StampReading, ThreadsBeyondTheCoresStartOnlyWhileReadsWait) {
 #ifndef _WIN32
   const int cores = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
   if (SlowestRead(folder) < std::chrono::microseconds(100)) {
-    // A busy machine may hold one read up past the bound; it does not do so three times.
-    int fewest = 16;
-    for (int run = 0; run < 3; ++run) fewest = std::min(fewest, ReadingThreads(folder, 16, OpenFileBytes));
+    // A busy machine may hold reads up past the bound; it does not do so in every run. Reads
+    // that wait now and then, one file in twenty, are not storage that waits.
+    int fewest = 16, fewestWithWaits = 16;
+    for (int run = 0; run < 3; ++run) {
+      fewest = std::min(fewest, ReadingThreads(folder, 16, OpenFileBytes));
+      fewestWithWaits = std::min(
+          fewestWithWaits, ReadingThreads(folder, 16, WaitingOpener(waiting, [](int n) {
+                                            return std::chrono::microseconds(n % 20 == 0 ? 1000 : 0);
+                                          })));
+    }
     EXPECT_LE(fewest, std::min(16, cores + 4));
+    EXPECT_LE(fewestWithWaits, std::min(16, cores + 4));
   }
 #endif
   EXPECT_EQ(ReadingThreads(folder, 16, WaitingOpener(waiting, [](int) { return std::chrono::microseconds(1000); })),
