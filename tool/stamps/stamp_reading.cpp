@@ -23,6 +23,10 @@ constexpr std::chrono::microseconds kWaitedRead(200);
 // reads that keep waiting, one after another on a thread, show storage that waits.
 constexpr int kWaitsInARow = 3;
 
+// Steps held at most, read or being read, beyond two a job: with fewer, one file slower than
+// the rest (or a folder being listed) soon holds every other thread up.
+constexpr std::size_t kLeastWindow = 32;
+
 int Cores() { return std::max(1u, std::thread::hardware_concurrency()); }
 
 SceneStamp UnreadableStamp(const WalkStep& step, const std::string& note, bool reached) {
@@ -46,7 +50,7 @@ class OrderedReading {
   OrderedReading(SceneWalk& walk, int jobs, const OpenBytes& open, const PrepareStep& prepare, const StepDone& done)
       : walk_(walk),
         mostThreads_(jobs),
-        window_(2 * static_cast<std::size_t>(jobs)),
+        window_(std::max(kLeastWindow, 2 * static_cast<std::size_t>(jobs))),
         open_(open),
         prepare_(prepare),
         done_(done),
@@ -163,8 +167,12 @@ class OrderedReading {
       std::swap(ring_[slot], read);
       ready_[slot] = false;
       ++handedBack_;
-      if (waiting_ > 0) room_.notify_all();
+      // Threads waiting for room are woken once half the window is free, and outside the
+      // lock: woken a step at a time, or into a lock still held, two threads the system has
+      // put on one processor take turns at every step.
+      const bool wake = waiting_ > 0 && reserved_ - handedBack_ <= window_ / 2;
       lock.unlock();
+      if (wake) room_.notify_all();
       done_(*read);
       lock.lock();
     }

@@ -31,8 +31,8 @@ struct ReadStep {
 // one and helpers): one a core, and more while reads wait on the storage. Each step is given to
 // prepare on the thread that read it, so that what a row costs beyond the reading is shared out
 // too, and then handed to done in the walk's order, one call at a time, from any of those
-// threads. A few steps a job are held at most, so memory does not grow with the number of
-// files. Rethrows what prepare or done throws; else returns how many threads read (the calling
+// threads. At most two steps a job, or 32, are held, so memory does not grow with the number
+// of files. Rethrows what prepare or done throws; else returns how many threads read (the calling
 // one among them).
 using PrepareStep = std::function<void(ReadStep& read)>;
 using StepDone = std::function<void(ReadStep& read)>;

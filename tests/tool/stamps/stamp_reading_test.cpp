@@ -207,21 +207,27 @@ TEST(StampReading, ThreadsBeyondTheCoresStartOnlyWhileReadsWait) {
 }
 
 // Rows after a slow file wait for it to be handed back; the files read meanwhile are
-// bounded by the jobs, not by the files.
+// bounded (two a job, or 32, and one a job being read), not by the files, and come after it
+// in order.
 TEST(StampReading, ASlowFileHoldsBackOnlyAFewOthers) {
   const SceneFolder folder;
   Opens opens;
-  std::atomic<int> openedWhileFirstWasRead{-1};
+  int openedWhileFirstWasRead = -1;
+  std::vector<std::string> shown;
   const OpenBytes open = WaitingOpener(opens, [](int n) { return std::chrono::microseconds(n == 0 ? 20000 : 0); });
-  PathList list({folder.path()}, nullptr, std::string());
+  PathList list(std::vector<std::string>(4, folder.path()), nullptr, std::string());
   SceneWalk walk(list, false);
-  ReadInWalkOrder(
-      walk, 3, open, [](ReadStep&) {},
-      [&](ReadStep&) {
-        if (openedWhileFirstWasRead < 0) openedWhileFirstWasRead = opens.opened.load();
-      });
-  EXPECT_LE(openedWhileFirstWasRead, 3 * 3);
-  EXPECT_EQ(opens.opened, kFiles);
+  ReadInWalkOrder(walk, 3, open, [](ReadStep&) {}, [&](ReadStep& read) {
+    if (openedWhileFirstWasRead < 0) openedWhileFirstWasRead = opens.opened.load();
+    shown.push_back(read.step.shown);
+  });
+  EXPECT_LE(openedWhileFirstWasRead, 32 + 3);
+  EXPECT_EQ(opens.opened, 4 * kFiles);
+  ASSERT_EQ(shown.size(), 4u * kFiles);
+  for (std::size_t i = 0; i < shown.size(); ++i) {
+    const std::string name = "/scene" + std::to_string(100 + i % kFiles) + ".max";
+    EXPECT_EQ(shown[i].substr(shown[i].size() - std::min(shown[i].size(), name.size())), name) << i;
+  }
 }
 
 TEST(StampReading, AFailureToHandBackStopsEveryJobAndReachesTheCaller) {
