@@ -31,11 +31,17 @@ std::uint32_t Le32(const std::uint8_t* p) {
          static_cast<std::uint32_t>(p[2]) << 16 | static_cast<std::uint32_t>(p[3]) << 24;
 }
 
+// UTF-16LE bytes as text, up to the first NUL.
 std::wstring Utf16ToWide(const std::string& bytes) {
-  std::wstring text;
-  text.reserve(bytes.size() / 2);
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
-    text += static_cast<wchar_t>(static_cast<std::uint8_t>(bytes[i]) | static_cast<std::uint8_t>(bytes[i + 1]) << 8);
+  std::wstring text(bytes.size() / 2, L'\0');
+  std::size_t length = 0;
+  for (; length < text.size(); ++length) {
+    const wchar_t unit = static_cast<wchar_t>(static_cast<std::uint8_t>(bytes[2 * length]) |
+                                              static_cast<std::uint8_t>(bytes[2 * length + 1]) << 8);
+    if (unit == L'\0') break;
+    text[length] = unit;
+  }
+  text.resize(length);
   return text;
 }
 
@@ -44,6 +50,29 @@ std::wstring UpToNul(std::wstring text) {
   if (nul != std::wstring::npos) text.erase(nul);
   return text;
 }
+
+// The start of a stream, read in one piece: the set's header, its table and the values 3ds
+// Max writes lie in its first KiB, and a dozen small reads through the sector chain cost more
+// than one copy. Anything further is read from the stream.
+class StreamStart : public StreamBytes {
+ public:
+  explicit StreamStart(StreamBytes& stream)
+      : stream_(stream), held_(static_cast<std::size_t>(std::min<std::uint64_t>(stream.Size(), sizeof bytes_))) {
+    stream.ReadAt(0, bytes_, held_);
+  }
+  std::uint64_t Size() const override { return stream_.Size(); }
+  void ReadAt(std::uint64_t offset, std::uint8_t* out, std::size_t count) override {
+    if (offset <= held_ && count <= held_ - offset)
+      std::memcpy(out, bytes_ + offset, count);
+    else
+      stream_.ReadAt(offset, out, count);
+  }
+
+ private:
+  StreamBytes& stream_;
+  const std::size_t held_;
+  std::uint8_t bytes_[1024];
+};
 
 // One section of a property set, bounded by the stream: Wine writes section sizes that
 // count padding the stream lacks, so the stream's end is the section's end when earlier.
@@ -76,23 +105,22 @@ class Section {
     }
   }
 
-  // count bytes at offset within the section, which must hold them.
-  std::string Bytes(std::uint64_t offset, std::uint64_t count) {
+  // count bytes at offset within the section, which must hold them; kept until the next call.
+  const std::string& Bytes(std::uint64_t offset, std::uint64_t count) {
     if (offset > size_ || count > size_ - offset)
       throw CompoundFileError("a property runs past the end of its section");
-    std::string bytes(static_cast<std::size_t>(count), '\0');
-    if (count != 0) stream_.ReadAt(offset_ + offset, reinterpret_cast<std::uint8_t*>(&bytes[0]), bytes.size());
-    return bytes;
+    bytes_.resize(static_cast<std::size_t>(count));
+    if (count != 0) stream_.ReadAt(offset_ + offset, reinterpret_cast<std::uint8_t*>(&bytes_[0]), bytes_.size());
+    return bytes_;
   }
 
   std::uint16_t Type(std::uint64_t offset) {
-    const std::string type = Bytes(offset, 4);
+    const std::string& type = Bytes(offset, 4);
     return static_cast<std::uint16_t>(static_cast<std::uint8_t>(type[0]) | static_cast<std::uint8_t>(type[1]) << 8);
   }
 
-  std::string CountedBytes(std::uint64_t offset, std::uint32_t unit) {
-    const std::string count = Bytes(offset + 4, 4);
-    const std::uint32_t units = Le32(reinterpret_cast<const std::uint8_t*>(count.data()));
+  const std::string& CountedBytes(std::uint64_t offset, std::uint32_t unit) {
+    const std::uint32_t units = Le32(reinterpret_cast<const std::uint8_t*>(Bytes(offset + 4, 4).data()));
     if (units > kLongestString) throw CompoundFileError("a string of " + std::to_string(units) + " units is absurd");
     return Bytes(offset + 8, std::uint64_t{units} * unit);
   }
@@ -102,11 +130,12 @@ class Section {
   std::uint64_t offset_;
   std::uint64_t size_ = 0;
   std::uint32_t count_ = 0;
+  std::string bytes_;
 };
 
 unsigned CodePage(Section& section, std::uint64_t offset) {
   if (offset == 0 || section.Type(offset) != kVtI2) return kDefaultCodePage;
-  const std::string value = section.Bytes(offset + 4, 2);
+  const std::string& value = section.Bytes(offset + 4, 2);
   return static_cast<std::uint8_t>(value[0]) | static_cast<unsigned>(static_cast<std::uint8_t>(value[1])) << 8;
 }
 
@@ -116,11 +145,11 @@ SummaryText ReadText(Section& section, std::uint64_t offset, unsigned codePage) 
   text.present = true;
   const std::uint16_t type = section.Type(offset);
   if (type == kVtLpwstr) {
-    text.value = UpToNul(Utf16ToWide(section.CountedBytes(offset, 2)));
+    text.value = Utf16ToWide(section.CountedBytes(offset, 2));
   } else if (type == kVtLpstr) {
     // A Unicode set stores even its 8-bit strings as UTF-16, the count in bytes.
-    const std::string bytes = section.CountedBytes(offset, 1);
-    text.value = UpToNul(codePage == kUtf16CodePage ? Utf16ToWide(bytes) : CodePageToWide(codePage, bytes));
+    const std::string& bytes = section.CountedBytes(offset, 1);
+    text.value = codePage == kUtf16CodePage ? Utf16ToWide(bytes) : UpToNul(CodePageToWide(codePage, bytes));
   } else {
     return text;
   }
@@ -133,16 +162,17 @@ FileTime ReadTime(Section& section, std::uint64_t offset) {
   if (offset == 0) return time;
   time.present = true;
   if (section.Type(offset) != kVtFiletime) return time;
-  const std::string value = section.Bytes(offset + 4, 8);
+  const std::string& value = section.Bytes(offset + 4, 8);
   for (int i = 7; i >= 0; --i) time.ticks = time.ticks << 8 | static_cast<std::uint8_t>(value[i]);
   time.isTime = true;
   return time;
 }
 
-void ReadSet(StreamBytes& stream, SummaryInformation& info) {
+void ReadSet(StreamBytes& wholeStream, SummaryInformation& info) {
   info.status = SummaryStatus::kRead;
   // A committed empty set may be left as an empty stream.
-  if (stream.Size() == 0) return;
+  if (wholeStream.Size() == 0) return;
+  StreamStart stream(wholeStream);
   std::uint8_t header[48];
   if (stream.Size() < sizeof header) throw CompoundFileError("the property set's header is cut short");
   stream.ReadAt(0, header, sizeof header);
