@@ -43,6 +43,18 @@ def peak_memory_kib(command):
     return int(result.stderr.strip().splitlines()[-1])
 
 
+def balanced_order(names, round_number):
+    """Williams' design: 0, 1, n-1, 2, n-2, ... shifted by the round; for an odd count the
+    rounds alternate with the same orders reversed."""
+    count = len(names)
+    first = [0]
+    for step in range(1, count):
+        first.append((step + 1) // 2 if step % 2 else count - step // 2)
+    shift = round_number if count % 2 == 0 else round_number // 2
+    order = [names[(index + shift) % count] for index in first]
+    return order[::-1] if count % 2 and round_number % 2 else order
+
+
 def rows(csv_bytes, columns):
     reader = csv.reader(io.StringIO(csv_bytes.decode("utf-8")))
     next(reader)
@@ -80,13 +92,13 @@ def main():
         cores = os.cpu_count() or 1
         if cores not in (1, args.jobs):
             commands["hublet --jobs %d" % cores] = stamps[:5] + [str(cores), archive]
-        # Each round in another order: a run that follows Python's finds the processor's
-        # caches full of Python's data, and no reader should always be the one that does.
+        # Each round in another order, so that every reader follows every other one equally
+        # often (a run that follows Python's finds the processor's caches full of Python's
+        # data): the rows of a balanced Latin square.
         times = {name: [] for name in commands}
         names = list(commands)
         for round_number in range(args.runs):
-            shift = round_number % len(names)
-            for name in names[shift:] + names[:shift]:
+            for name in balanced_order(names, round_number):
                 times[name].append(run(commands[name])[0])
         olefile_median = statistics.median(times["olefile"])
         print("%d files in the page cache, median of %d runs side by side:" % (args.files, args.runs))

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "tool/stamps/thread_placement.h"
+
 namespace hublet {
 namespace tool {
 namespace {
@@ -108,6 +110,7 @@ class OrderedReading {
     try {
       while (!threadsJoined_ && threads_ < std::min(count, mostThreads_)) {
         helpers_.emplace_back([this] { Work(); });
+        StartOnItsOwnProcessor(helpers_.back(), threads_);
         ++threads_;
       }
     } catch (const std::system_error&) {
