@@ -98,9 +98,16 @@ std::string WideToUtf8(const std::wstring& wide) {
 }
 
 void AppendAsUtf8(std::string& out, const std::wstring& wide) {
-  out.reserve(out.size() + wide.size());
   const std::size_t size = wide.size();
-  for (std::size_t i = 0; i < size; ++i) {
+  // Text up to its first character past ASCII, most often all of it, is copied as it is.
+  const wchar_t* const from = wide.data();
+  std::size_t ascii = 0;
+  while (ascii < size && static_cast<std::uint32_t>(from[ascii]) < 0x80) ++ascii;
+  const std::size_t start = out.size();
+  out.resize(start + ascii);
+  char* const to = &out[start];
+  for (std::size_t i = 0; i < ascii; ++i) to[i] = static_cast<char>(from[i]);
+  for (std::size_t i = ascii; i < size; ++i) {
     // wchar_t may be signed and 32 bits wide; only 0 to 0x10FFFF are code points.
     const std::uint32_t unit = static_cast<std::uint32_t>(wide[i]);
     char32_t code = kReplacement;
