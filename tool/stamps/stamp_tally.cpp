@@ -8,6 +8,7 @@ const char* SaverSourceName(SaverSource source) { return source == SaverSource::
 void StampTally::Add(const SceneStamp& stamp) {
   ++(stamp.isFolder ? folders_ : files_);
   ++counts_[static_cast<int>(stamp.status)];
+  if (!withSavers_) return;
   SaverSource source;
   std::wstring saver;
   std::string saved;

@@ -28,6 +28,10 @@ struct SaverSummary {
 
 class StampTally {
  public:
+  // withSavers: whether to gather the savers' summary too, which costs a lookup a row and
+  // memory a saver.
+  explicit StampTally(bool withSavers) : withSavers_(withSavers) {}
+
   void Add(const SceneStamp& stamp);
 
   int Files() const { return files_; }
@@ -36,10 +40,11 @@ class StampTally {
   int Rows() const { return files_ + folders_; }
   int Count(StampStatus status) const { return counts_[static_cast<int>(status)]; }
   bool AllStamped() const { return Count(StampStatus::kStamped) == Rows(); }
-  // Sorted by saver, then source.
+  // Sorted by saver, then source; none without withSavers.
   std::vector<SaverSummary> Savers() const;
 
  private:
+  const bool withSavers_;
   int files_ = 0;
   int folders_ = 0;
   int counts_[kStampStatusCount] = {};

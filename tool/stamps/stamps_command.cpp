@@ -63,7 +63,8 @@ std::string ShownInMessage(const std::string& shown) { return Escaped(Utf8ToWide
 // not read, for the closing line and the exit status.
 class StampsRun {
  public:
-  StampsRun(StampsPrinter& printer, bool allFiles) : printer_(printer), allFiles_(allFiles) {
+  StampsRun(StampsPrinter& printer, bool allFiles, bool summary)
+      : printer_(printer), allFiles_(allFiles), tally_(summary) {
     WriteOut(printer_.Begin());
   }
 
@@ -110,7 +111,8 @@ class StampsRun {
 
  private:
   void Report(const SceneStamp& stamp, const std::string& row) {
-    WriteOut(printer_.BeforeRow(tally_.Rows() == 0) + row);
+    WriteOut(printer_.BeforeRow(tally_.Rows() == 0));
+    WriteOut(row);
     tally_.Add(stamp);
     if (!stamp.reached) ++(stamp.isFolder ? unreadFolders_ : unreadFiles_);
     if (std::ferror(stdout)) throw OutputFailed();
@@ -169,7 +171,7 @@ int RunStampsCommand(const std::vector<std::string>& arguments) {
 
   PathList pathList(paths, list.get(), filesFrom == "-" ? "standard input" : filesFrom);
   SceneWalk walk(pathList, allFiles);
-  StampsRun run(*printer, allFiles);
+  StampsRun run(*printer, allFiles, summary);
   try {
     ReadInWalkOrder(
         walk, jobs, OpenFileBytes, [&run](ReadStep& read) { run.Prepare(read); },
