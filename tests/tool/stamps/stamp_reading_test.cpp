@@ -139,9 +139,11 @@ TEST(StampReading, RowsComeInTheWalksOrderWhateverTheJobsAndTheWaits) {
 
 // On storage where each read waits, N jobs take about an Nth of one job's time: measured
 // against one job on the same files, so that how long a wait really lasts cancels out.
+// Bounded by a third, not a sixteenth: under Wine starting the threads takes tens of
+// milliseconds, more on a machine busy with other tests, and no sleep is shorter there.
 TEST(StampReading, SixteenJobsWaitForSixteenReadsAtOnce) {
   const SceneFolder folder;
-  const std::vector<std::string> paths(4, folder.path());
+  const std::vector<std::string> paths(8, folder.path());
   const auto wait = [](int) { return std::chrono::microseconds(1000); };
   Opens serial, parallel;
   const auto start = std::chrono::steady_clock::now();
@@ -149,10 +151,10 @@ TEST(StampReading, SixteenJobsWaitForSixteenReadsAtOnce) {
   const auto middle = std::chrono::steady_clock::now();
   ReadAll(paths, 16, WaitingOpener(parallel, wait));
   const auto end = std::chrono::steady_clock::now();
-  EXPECT_EQ(parallel.opened, 4 * kFiles);
+  EXPECT_EQ(parallel.opened, 8 * kFiles);
   EXPECT_GE(parallel.mostOpen, 8);
   EXPECT_LE(parallel.mostOpen, 16);
-  EXPECT_LT((end - middle) * 4, middle - start);
+  EXPECT_LT((end - middle) * 3, middle - start);
 }
 
 // How many threads read a folder four times over.
