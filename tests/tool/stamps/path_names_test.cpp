@@ -33,6 +33,7 @@ TEST(PathNames, BytesThatAreNotUtf8AreCarriedAndShownEscaped) {
       {"\xf0\x90\x82\x80\xff", "\xf0\x90\x82\x80\\xFF"},  // a pair of surrogates, then a byte
       {"\xed\xb2\x80", "\\xED\\xB2\\x80"},              // a surrogate written as UTF-8
       {"\xc0\xaf", "\\xC0\\xAF"},                       // an overlong "/"
+      {"a\x7f\x80.max", "a\x7f\\x80.max"},              // the last of ASCII, then a lone trail byte
       {"", ""},
   };
   for (const auto& c : cases) EXPECT_EQ(ShownPath(WidePath(c.bytes)), c.shown) << c.shown;
