@@ -53,12 +53,17 @@ std::wstring UpToNul(std::wstring text) {
 
 // The start of a stream, read in one piece: the set's header, its table and the values 3ds
 // Max writes lie in its first KiB, and a dozen small reads through the sector chain cost more
-// than one copy. Anything further is read from the stream.
+// than one copy. Anything further is read from the stream, and so is everything when that KiB
+// cannot be read: damage past the values a reading needs must not cost it the stamp.
 class StreamStart : public StreamBytes {
  public:
   explicit StreamStart(StreamBytes& stream)
       : stream_(stream), held_(static_cast<std::size_t>(std::min<std::uint64_t>(stream.Size(), sizeof bytes_))) {
-    stream.ReadAt(0, bytes_, held_);
+    try {
+      stream.ReadAt(0, bytes_, held_);
+    } catch (const CompoundFileError&) {
+      held_ = 0;
+    }
   }
   std::uint64_t Size() const override { return stream_.Size(); }
   void ReadAt(std::uint64_t offset, std::uint8_t* out, std::size_t count) override {
@@ -70,7 +75,7 @@ class StreamStart : public StreamBytes {
 
  private:
   StreamBytes& stream_;
-  const std::size_t held_;
+  std::size_t held_;
   std::uint8_t bytes_[1024];
 };
 

@@ -100,6 +100,28 @@ TEST(SummaryReader, DamagedFilesGiveAReason) {
   }
 }
 
+// Damage the reading never reaches leaves the stamp readable: a chain broken after the
+// stamp's sector (a comment fills the rest), a free entry on the way to the summary.
+TEST(SummaryReader, DamageOffTheWayIsNotReached) {
+  std::vector<RawProperty> stampFirst = Stamp();
+  stampFirst.push_back(Utf16Property(6, std::u16string(3000, u'c')));
+  CompoundImage brokenAfter = SceneFile(SummarySet(stampFirst), 512, 1);
+  testing::PutLe32(brokenAfter.bytes, brokenAfter.FatEntryOffset(brokenAfter.streamStarts[1]), 0xFFFFFFFE);
+
+  // Entries 0 to 2 are the root, the scene and the summary; entry 3 is free, all zeros, with a
+  // name of no length.
+  CompoundImage freeEntry = BuildCompoundFile({{u"Scene", "s", 0}, {kSummaryName, SummarySet(Stamp()), 0}});
+  testing::PutLe32(freeEntry.bytes, freeEntry.DirectoryEntryOffset(0) + 76, 3);
+  testing::PutLe32(freeEntry.bytes, freeEntry.DirectoryEntryOffset(3) + 68, 0xFFFFFFFF);
+  testing::PutLe32(freeEntry.bytes, freeEntry.DirectoryEntryOffset(3) + 72, 2);
+
+  for (const CompoundImage* image : {&brokenAfter, &freeEntry}) {
+    const SummaryInformation info = Read(image->FullBytes());
+    ASSERT_EQ(info.status, SummaryStatus::kRead) << info.reason;
+    EXPECT_EQ(info.author.value, L"bob on WS12");
+  }
+}
+
 std::vector<RawProperty> LargeStamp() {
   std::vector<RawProperty> large = Stamp();
   large.insert(large.begin(), Utf16Property(6, std::u16string(3000, u'c')));
