@@ -38,6 +38,8 @@ std::vector<unsigned> TableCodePages() {
   return {874, 932, 936, 949, 950, 1250, 1251, 1252, 1253, 1254, 1255, 1256, 1257, 1258, 20127, 28591};
 }
 
+bool IsKnownCodePage(unsigned codePage) { return codePage == kUtf8 || TableOf(codePage) != nullptr; }
+
 std::wstring CodePageToWide(unsigned codePage, const std::string& bytes) {
   if (codePage == kUtf8) return Utf8ToWide(bytes);
   const CodePageTable* table = TableOf(codePage);

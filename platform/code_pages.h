@@ -12,8 +12,10 @@ namespace hublet {
 // 1250 to 1258), US-ASCII (20127) and ISO 8859-1 (28591).
 std::vector<unsigned> TableCodePages();
 
-// The bytes as UTF-16; throws std::runtime_error for a code page that is neither 65001 nor
-// one of TableCodePages().
+// Whether CodePageToWide decodes the code page: 65001 or one of TableCodePages().
+bool IsKnownCodePage(unsigned codePage);
+
+// The bytes as UTF-16; throws std::runtime_error for a code page it does not know.
 std::wstring CodePageToWide(unsigned codePage, const std::string& bytes);
 
 }  // namespace hublet

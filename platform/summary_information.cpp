@@ -144,7 +144,9 @@ unsigned CodePage(Section& section, std::uint64_t offset) {
   return static_cast<std::uint8_t>(value[0]) | static_cast<unsigned>(static_cast<std::uint8_t>(value[1])) << 8;
 }
 
-SummaryText ReadText(Section& section, std::uint64_t offset, unsigned codePage) {
+// An 8-bit string in a code page this reader does not know is damage in the stamp; in what
+// 3ds Max records beside it (optional), it is there but not text, and the stamp still reads.
+SummaryText ReadText(Section& section, std::uint64_t offset, unsigned codePage, bool optional = false) {
   SummaryText text;
   if (offset == 0) return text;
   text.present = true;
@@ -152,6 +154,7 @@ SummaryText ReadText(Section& section, std::uint64_t offset, unsigned codePage) 
   if (type == kVtLpwstr) {
     text.value = Utf16ToWide(section.CountedBytes(offset, 2));
   } else if (type == kVtLpstr) {
+    if (optional && codePage != kUtf16CodePage && !IsKnownCodePage(codePage)) return text;
     // A Unicode set stores even its 8-bit strings as UTF-16, the count in bytes.
     const std::string& bytes = section.CountedBytes(offset, 1);
     text.value = codePage == kUtf16CodePage ? Utf16ToWide(bytes) : UpToNul(CodePageToWide(codePage, bytes));
@@ -197,7 +200,7 @@ void ReadSet(StreamBytes& wholeStream, SummaryInformation& info) {
   info.title = ReadText(section, offsets[1], codePage);
   info.subject = ReadText(section, offsets[2], codePage);
   info.author = ReadText(section, offsets[3], codePage);
-  info.lastSavedBy = ReadText(section, offsets[4], codePage);
+  info.lastSavedBy = ReadText(section, offsets[4], codePage, true);
   info.created = ReadTime(section, offsets[5]);
   info.lastSaved = ReadTime(section, offsets[6]);
 }

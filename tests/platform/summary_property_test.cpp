@@ -153,6 +153,15 @@ TEST(SummaryProperties, WhatMaxRecordsBesideTheStamp) {
   EXPECT_TRUE(other.created.present && !other.created.isTime);
   EXPECT_TRUE(other.lastSaved.present && !other.lastSaved.isTime);
   EXPECT_FALSE(ReadSet(SummarySet(Stamp())).lastSaved.present);
+
+  // A saver in a code page this reader does not know costs only the saver, not the stamp.
+  std::vector<RawProperty> unknown = Stamp();
+  unknown.push_back(CodePageIdProperty(850));
+  unknown.push_back(CodePageProperty(8, "adavis4"));
+  const SummaryInformation unknownSaver = ReadSet(SummarySet(unknown));
+  ASSERT_EQ(unknownSaver.status, SummaryStatus::kRead) << unknownSaver.reason;
+  EXPECT_EQ(unknownSaver.author.value, L"bob on WS12");
+  EXPECT_TRUE(unknownSaver.lastSavedBy.present && !unknownSaver.lastSavedBy.isText);
 }
 
 // A FILETIME is 8 bytes: one cut short by the section's end is damage.
