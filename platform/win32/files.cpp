@@ -100,7 +100,11 @@ bool ListDirectory(const std::wstring& path, std::vector<DirectoryEntry>& entrie
       kind = PathKind::kOther;
     entries.push_back(DirectoryEntry{name, kind});
   } while (FindNextFileW(search, &found));
+  // A share that goes away in the middle of a listing ends it with another error than this.
+  const bool listedToTheEnd = GetLastError() == ERROR_NO_MORE_FILES;
+  if (!listedToTheEnd) error = LastErrorText();
   FindClose(search);
+  if (!listedToTheEnd) return false;
   std::sort(entries.begin(), entries.end(),
             [](const DirectoryEntry& a, const DirectoryEntry& b) { return a.name < b.name; });
   return true;
