@@ -16,6 +16,7 @@
 #include <cstring>
 #include <memory>
 
+#include "platform/block_reader.h"
 #include "platform/summary_information.h"
 #include "platform/wide_text.h"
 #include "tests/support/compound_builder.h"
@@ -38,6 +39,30 @@ const std::uint32_t kSummaryEntry = 11;  // MaxSceneFile's streams follow the ro
 
 std::vector<testing::RawProperty> Stamp() {
   return {Utf16Property(2, u"3-7-2020"), Utf16Property(3, u"anna on RENDER07"), Utf16Property(4, u"bob on WS12")};
+}
+
+// Under the compound file: any range reads back as the file holds it, across the head's end
+// and a block's; and 64 blocks besides the head are kept at most, so after 65 others the
+// first is asked of the file again.
+TEST(BlockReader, ReadsAnyRangeAndKeepsABoundedNumberOfBlocks) {
+  std::string bytes(80 * 4096 + 100, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 + i / 4096);
+  MemoryBytes memory(bytes);
+  CountingBytes counted(memory);
+  BlockReader reader(counted);
+  const std::size_t ranges[][2] = {{0, 10}, {12280, 20}, {16380, 10}, {5000, 9000}, {80 * 4096, 100}};
+  for (const auto& range : ranges) {
+    std::string out(range[1], '\0');
+    ASSERT_TRUE(reader.ReadAt(range[0], reinterpret_cast<std::uint8_t*>(&out[0]), out.size())) << range[0];
+    EXPECT_EQ(out, bytes.substr(range[0], range[1])) << range[0];
+  }
+  std::uint8_t byte = 0;
+  EXPECT_FALSE(reader.ReadAt(bytes.size(), &byte, 1));
+
+  const std::uint64_t before = counted.reads;
+  for (std::uint64_t block = 10; block <= 10 + 65; ++block) ASSERT_TRUE(reader.ReadAt(block * 4096, &byte, 1));
+  ASSERT_TRUE(reader.ReadAt(10 * 4096, &byte, 1));
+  EXPECT_EQ(counted.reads - before, 66u + 1u);
 }
 
 // The bytes written, then zeros the file system does not store, up to size.
