@@ -76,13 +76,22 @@ std::string Numbered(const std::string& head, const std::string& before, const s
 }
 
 // The sections sought sit behind 200,000 headers of other names, or hold 200,000 keys of
-// other names or of one name; the keys sought are there, missing, or beyond them.
+// other names or of one name; the keys sought are there, missing, or beyond them. Or behind
+// 2,000 headers, or among 2,000 keys, of names longer than any remembered.
 TEST(IniMemory, LookupsKeepLittleOfAHostileFile) {
   const std::string sought = "[FLINT]\nFORCEPERSP=1\n[MYVIEW]\nFPS=25\n";
+  std::string longHeaders, longKeys = "[MYVIEW]\n";
+  for (int n = 0; n < 2000; ++n) {
+    const std::string name = std::string(2000, 'L') + std::to_string(n);
+    longHeaders += "[" + name + "]\n";
+    longKeys += name + "=1\n";
+  }
   const std::string files[] = {
       Numbered("", "[S", "]\n", sought),
       Numbered("[MYVIEW]\n", "K", "=1\n", "FPS=25\n[FLINT]\nFORCEPERSP=1\n"),
       Numbered("[MYVIEW]\n", "FPS", "\nFPS=1\n", "[FLINT]\nFORCEPERSP=1\n"),
+      longHeaders + sought,
+      longKeys + "FPS=25\n[FLINT]\nFORCEPERSP=1\n",
   };
   const Lookups lookups = {{L"FLINT", L"FORCEPERSP"}, {L"MYVIEW", L"FPS"}, {L"MYVIEW", L"NUMVP"},
                            {L"MYVIEW", L"K199999"}, {L"S199999", L"K"}, {L"OTHER", L"K"}};
