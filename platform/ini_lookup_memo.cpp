@@ -176,6 +176,7 @@ void IniLookupMemo::Learn(const IniUnits& text, const Asked* asked, std::size_t 
   if (names_.empty()) names_.reserve(1024);  // the names of a preference file
   walking_.clear();
   soughtEntries_.clear();
+  longestSoughtSection_ = 0;
   for (const Asked* a = asked; a != asked + count; ++a) {
     if (Answer(text, *a) != nullptr) continue;
     const IniName sectionName = Stash(a->section);
@@ -205,8 +206,10 @@ void IniLookupMemo::Learn(const IniUnits& text, const Asked* asked, std::size_t 
   if (soughtSections_ > 0) Discover(text);
   for (const std::size_t s : walking_) {
     if (!sections_[s].walk) continue;
-    if (sections_[s].state == State::Found) WalkBody(text, s);
-    EndWalk(s);
+    if (sections_[s].state == State::Found)
+      WalkBody(text, s);
+    else
+      EndWalk(s);
   }
   // A key sought and not met has no entry.
   for (const std::size_t e : soughtEntries_) entries_[e].sought = false;
@@ -238,7 +241,6 @@ void IniLookupMemo::Discover(const IniUnits& text) {
   for (const std::size_t s : walking_)
     if (sections_[s].state == State::Sought) sections_[s].state = State::Missing;
   soughtSections_ = 0;
-  longestSoughtSection_ = 0;
 }
 
 // Notes a header, and answers the section sought that it is the first of, if any.
