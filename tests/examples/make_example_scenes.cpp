@@ -14,10 +14,6 @@ namespace {
 
 using namespace hublet::testing;
 
-void Append32(std::string& bytes, std::uint32_t value) {
-  for (int i = 0; i < 4; ++i) bytes += static_cast<char>(value >> (8 * i));
-}
-
 // UTC, as 3ds Max stores the created and saved times (VT_FILETIME).
 RawProperty Time(std::uint32_t id, int year, int month, int day, int hour, int minute) {
   // Days since 1601-01-01, the first day of FILETIME, by the proleptic Gregorian calendar.
@@ -26,11 +22,7 @@ RawProperty Time(std::uint32_t id, int year, int month, int day, int hour, int m
   const int dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
   const std::int64_t days = std::int64_t{era} * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 +
                             dayOfYear - 584694;
-  const std::uint64_t ticks = static_cast<std::uint64_t>((days * 24 + hour) * 60 + minute) * 600000000u;
-  std::string value;
-  Append32(value, static_cast<std::uint32_t>(ticks));
-  Append32(value, static_cast<std::uint32_t>(ticks >> 32));
-  return RawProperty{id, 64, value};
+  return FileTimeProperty(id, static_cast<std::uint64_t>((days * 24 + hour) * 60 + minute) * 600000000u);
 }
 
 // A small picture as a Windows clipboard DIB (VT_CF), the form of the scene's thumbnail.

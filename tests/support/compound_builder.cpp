@@ -15,10 +15,15 @@ void Append16(std::string& bytes, std::uint16_t value) {
   bytes += static_cast<char>(value & 0xFF);
   bytes += static_cast<char>(value >> 8);
 }
+
+}  // namespace
+
 void Append32(std::string& bytes, std::uint32_t value) {
   Append16(bytes, static_cast<std::uint16_t>(value));
   Append16(bytes, static_cast<std::uint16_t>(value >> 16));
 }
+
+namespace {
 
 std::uint64_t Units(std::uint64_t size, std::uint32_t unit) { return (size + unit - 1) / unit; }
 

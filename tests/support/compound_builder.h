@@ -75,6 +75,7 @@ std::vector<RawProperty> MaxSummary(const std::vector<RawProperty>& stamp, std::
 CompoundImage MaxSceneFile(const std::string& summary, std::uint64_t sceneBytes = 204096);
 
 void PutLe32(std::string& bytes, std::uint64_t offset, std::uint32_t value);
+void Append32(std::string& bytes, std::uint32_t value);
 
 }  // namespace testing
 }  // namespace hublet
