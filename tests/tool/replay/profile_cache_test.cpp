@@ -1,8 +1,8 @@
 // The replay's preference files: read once for many passes, read again once changed.
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #ifndef _WIN32
@@ -11,60 +11,59 @@
 #endif
 
 #include "platform/wide_text.h"
+#include "tests/support/scratch_file.h"
 #include "tool/replay/profile_cache.h"
 
 namespace hublet {
 namespace tool {
 namespace {
 
-// A file of this run's own, so that builds testing at once do not meet.
-std::string Write(const std::string& name, const std::string& text) {
-  static const std::string run = std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
-  const std::string path = ::testing::TempDir() + "hublet-" + run + "-" + name;
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  std::fwrite(text.data(), 1, text.size(), file);
-  std::fclose(file);
-  return path;
+using testing::ScratchFile;
+
+std::uint32_t Fps(ProfileCache& cache, const ScratchFile& file) {
+  return cache.Open(file.path())->ReadInt(L"MYVIEW", L"FPS", -1);
 }
 
-std::uint32_t Fps(ProfileCache& cache, const std::string& path) {
-  return cache.Open(Utf8ToWide(path))->ReadInt(L"MYVIEW", L"FPS", -1);
+// Files beyond those kept, each read once, so that the cache lets the first ones go.
+void ReadOthers(ProfileCache& cache) {
+  for (int i = 0; i < 6; ++i) {
+    const ScratchFile other("[MYVIEW]\nFPS=" + std::to_string(i) + "\n");
+    EXPECT_EQ(Fps(cache, other), static_cast<std::uint32_t>(i));
+  }
 }
 
 TEST(ProfileCache, AnswersWhatTheFileHoldsNow) {
   ProfileCache cache;
-  const std::string path = Write("cache-a.ini", "[MYVIEW]\nFPS=25\n");
-  EXPECT_EQ(Fps(cache, path), 25u);
-  Write("cache-a.ini", "[MYVIEW]\nFPS=250\n");
-  EXPECT_EQ(Fps(cache, path), 250u);
-  // More files than are kept: the first, let go, is read again when it comes back.
-  for (int i = 0; i < 6; ++i) {
-    const std::string other = Write("cache-" + std::to_string(i) + ".ini", "[MYVIEW]\nFPS=" + std::to_string(i) + "\n");
-    EXPECT_EQ(Fps(cache, other), static_cast<std::uint32_t>(i));
-    std::remove(other.c_str());
-  }
-  EXPECT_EQ(Fps(cache, path), 250u);
-  std::remove(path.c_str());
-  EXPECT_EQ(Fps(cache, path), static_cast<std::uint32_t>(-1));
+  std::unique_ptr<ScratchFile> file(new ScratchFile("[MYVIEW]\nFPS=25\n"));
+  EXPECT_EQ(Fps(cache, *file), 25u);
+  file->Rewrite("[MYVIEW]\nFPS=250\n");
+  EXPECT_EQ(Fps(cache, *file), 250u);
+  ReadOthers(cache);
+  EXPECT_EQ(Fps(cache, *file), 250u);
+  const std::wstring path = file->path();
+  file.reset();
+  EXPECT_EQ(cache.Open(path)->ReadInt(L"MYVIEW", L"FPS", -1), static_cast<std::uint32_t>(-1));
 }
 
 #ifndef _WIN32
 // The parse is kept while the file keeps its size, time and identity: rewritten in place
 // with the same size and its old time, it answers what it held (which shows it is not
-// read again).
+// read again), until the cache has let it go.
 TEST(ProfileCache, ReadsAnUnchangedFileOnce) {
   ProfileCache cache;
-  const std::string path = Write("cache-same.ini", "[MYVIEW]\nFPS=25\n");
+  const ScratchFile file("[MYVIEW]\nFPS=25\n");
+  const std::string path = WideToUtf8(file.path());
   struct stat before;
   ASSERT_EQ(::stat(path.c_str(), &before), 0);
-  EXPECT_EQ(Fps(cache, path), 25u);
-  std::FILE* file = std::fopen(path.c_str(), "r+b");
-  std::fwrite("[MYVIEW]\nFPS=26\n", 1, 16, file);
-  std::fclose(file);
+  EXPECT_EQ(Fps(cache, file), 25u);
+  std::FILE* written = std::fopen(path.c_str(), "r+b");
+  std::fwrite("[MYVIEW]\nFPS=26\n", 1, 16, written);
+  std::fclose(written);
   const struct timespec times[2] = {before.st_atim, before.st_mtim};
   ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
-  EXPECT_EQ(Fps(cache, path), 25u);
-  std::remove(path.c_str());
+  EXPECT_EQ(Fps(cache, file), 25u);
+  ReadOthers(cache);
+  EXPECT_EQ(Fps(cache, file), 26u);
 }
 #endif
 
