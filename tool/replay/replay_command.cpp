@@ -82,6 +82,7 @@ const char kHelp[] =
     "\n"
     "Exit status: 0, or 2 for bad usage, a session or preference file that cannot be read,\n"
     "or an error in a session file (reported as FILE:LINE).\n";
+static_assert(kMaxSessionLineBytes == 4096, "the help above tells the longest line of a session file");
 
 // A session file, read once: the second reading of the arguments takes its text from here.
 struct SessionFile {
@@ -119,7 +120,7 @@ void ResolvePreferenceFile(HostChange& change, const std::string& folder, bool c
 // A mistake on a line of a session file, told with the file and line.
 template <class Error>
 Error AtLine(const SessionFile& session, int line, const Error& error) {
-  return Error(session.shown + ":" + std::to_string(line) + ": " + error.what());
+  return Error(AtSessionLine(session.shown, line, error.what()));
 }
 
 // Reads the arguments, with each session file's lines where the file is named. The replay

@@ -18,7 +18,7 @@ std::string Trimmed(const std::string& text) {
 }
 
 UsageError LineError(const std::string& name, int line, const std::string& what) {
-  return UsageError(name + ":" + std::to_string(line) + ": " + what);
+  return UsageError(AtSessionLine(name, line, what));
 }
 
 bool IsSurrogate(char16_t unit, char16_t first) { return unit >= first && unit < first + 0x400; }
@@ -49,6 +49,10 @@ std::string FromUtf16(const std::string& bytes, bool bigEndian, const std::strin
 bool IsUtf8(const std::string& text) { return WideToUtf8(Utf8ToWide(text)) == text; }
 
 }  // namespace
+
+std::string AtSessionLine(const std::string& name, int line, const std::string& what) {
+  return name + ":" + std::to_string(line) + ": " + what;
+}
 
 std::string SessionText(std::string bytes, const std::string& name) {
   if (bytes.compare(0, 2, "\xFF\xFE") == 0) return FromUtf16(bytes, false, name);

@@ -19,6 +19,9 @@ struct SessionLine {
   std::vector<std::string> words;
 };
 
+// A mistake at a line of a session file, as it is told: "NAME:LINE: what".
+std::string AtSessionLine(const std::string& name, int line, const std::string& what);
+
 // The file's text as UTF-8, its byte-order mark dropped and UTF-16 converted. Throws
 // UsageError, with name and the line where it can, for other bytes: UTF-16 without a mark,
 // a lone half of a UTF-16 pair, half a UTF-16 character at the end.
