@@ -2,6 +2,7 @@
 // stop where the plug-in would ask forever, however many were allowed.
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -103,6 +104,18 @@ int FoundAt(const std::vector<int>& lead, const std::vector<int>& cycle, int& ea
     if (finder.Repeats(state, number, earlier)) return number;
   }
   return 0;
+}
+
+// Views that differ only in their transforms are other states; a transform holding a NaN is
+// the same state again, or a loop through it would never be found.
+TEST(ViewportsState, TransformsCountBitForBit) {
+  ViewportsState a{}, b{};
+  EXPECT_TRUE(a == b);
+  b.transforms[2].m[3][1] = 1.0f;
+  EXPECT_FALSE(a == b);
+  a.transforms[1].m[0][0] = b.transforms[1].m[0][0] = std::numeric_limits<float>::quiet_NaN();
+  a.transforms[2] = b.transforms[2];
+  EXPECT_TRUE(a == b);
 }
 
 TEST(RedrawLoopFinder, FindsEveryCycleWithinThriceItsStartAndLength) {
