@@ -63,6 +63,7 @@ TEST(SessionFile, OtherBytesAreMistakesWithTheirLine) {
   EXPECT_THAT(Mistake(std::string("-\0-\0", 4)), HasSubstr("UTF-16 without a byte-order mark"));
   EXPECT_THAT(Mistake(Utf16("save\n", false) + "x"), HasSubstr("half a character"));
   EXPECT_THAT(Mistake(Utf16("save\nsave\r\nx", false) + std::string("\x00\xD8", 2)), HasSubstr("s:3: half of a UTF-16"));
+  EXPECT_THAT(Mistake(Utf16("save\rsave\r\nx", true) + std::string("\xDC\x00", 2)), HasSubstr("s:3: half of a UTF-16"));
   EXPECT_THAT(Mistake(std::string("save\nini:a\0b.ini\n", 17)), HasSubstr("s:2: a NUL byte"));
   EXPECT_THAT(Mistake("save\r\nuser:J\xF6rg\r\n"), HasSubstr("s:2: the line is not UTF-8"));
   const std::string longest = "user:" + std::string(kMaxSessionLineBytes - 5, 'x');
