@@ -106,16 +106,21 @@ void ScratchFile::ReadBack(const std::function<void(const std::string&)>& take) 
   if (std::ferror(file_)) throw ScratchError("read back");
 }
 
-bool ReadFileBytes(const std::string& path, std::string& bytes, std::string& error) {
+bool ReadFileBytes(const std::string& path, std::string& bytes, std::string& error,
+                   const std::function<bool(const std::string& bytes)>& readEnough) {
   StatBuffer info;
   std::FILE* file = OpenRegularFile(path, info, error);
   if (file == nullptr) return false;
   // Room for the whole file at once: growing by doubling would take up to twice its size.
+  // Not when reading may stop early: room is then made as the bytes come.
   bytes.clear();
-  bytes.reserve(static_cast<std::size_t>(info.st_size));
+  if (!readEnough) bytes.reserve(static_cast<std::size_t>(info.st_size));
   char chunk[65536];
   std::size_t got = 0;
-  while ((got = std::fread(chunk, 1, sizeof chunk, file)) > 0) bytes.append(chunk, got);
+  while ((got = std::fread(chunk, 1, sizeof chunk, file)) > 0) {
+    bytes.append(chunk, got);
+    if (readEnough && readEnough(bytes)) break;
+  }
   const bool failed = std::ferror(file) != 0;
   std::fclose(file);
   if (failed) error = "read error";

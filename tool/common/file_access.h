@@ -8,8 +8,11 @@
 namespace hublet {
 namespace tool {
 
-// The content of a regular file; false with a reason in error when it cannot be read.
-bool ReadFileBytes(const std::string& path, std::string& bytes, std::string& error);
+// The content of a regular file; false with a reason in error when it cannot be read. With
+// readEnough, reading stops once it says the bytes so far tell all that will be used of them
+// (asked after each part read), so that a file of no use past its start costs only that.
+bool ReadFileBytes(const std::string& path, std::string& bytes, std::string& error,
+                   const std::function<bool(const std::string& bytes)>& readEnough = nullptr);
 
 // Whether path is a regular file that opens for reading, without reading it; false with
 // a reason in error when not.

@@ -216,7 +216,8 @@ class ArgumentReading {
     session.shown = Escaped(Utf8ToWide(file));
     std::string bytes;
     std::string error;
-    if (!ReadFileBytes(file, bytes, error)) throw InputError("cannot read " + session.shown + ": " + error);
+    if (!ReadFileBytes(file, bytes, error, SessionReadEnough()))
+      throw InputError("cannot read " + session.shown + ": " + error);
     const std::size_t slash = file.find_last_of("/\\");
     session.folder = slash == std::string::npos ? std::string() : file.substr(0, slash + 1);
     session.text = SessionText(std::move(bytes), session.shown);

@@ -54,6 +54,20 @@ std::string AtSessionLine(const std::string& name, int line, const std::string& 
   return name + ":" + std::to_string(line) + ": " + what;
 }
 
+std::function<bool(const std::string& bytes)> SessionReadEnough() {
+  std::size_t scanned = 0, lineBytes = 0;
+  return [scanned, lineBytes](const std::string& bytes) mutable {
+    if (bytes.size() < 2 || bytes.compare(0, 2, "\xFF\xFE") == 0 || bytes.compare(0, 2, "\xFE\xFF") == 0)
+      return false;
+    for (; scanned < bytes.size(); ++scanned) {
+      lineBytes = bytes[scanned] == '\n' || bytes[scanned] == '\r' ? 0 : lineBytes + 1;
+      // UTF-8's byte-order mark, 3 bytes, is no part of the first line.
+      if (lineBytes > kMaxSessionLineBytes + 3) return true;
+    }
+    return false;
+  };
+}
+
 std::string SessionText(std::string bytes, const std::string& name) {
   if (bytes.compare(0, 2, "\xFF\xFE") == 0) return FromUtf16(bytes, false, name);
   if (bytes.compare(0, 2, "\xFE\xFF") == 0) return FromUtf16(bytes, true, name);

@@ -22,6 +22,12 @@ struct SessionLine {
 // A mistake at a line of a session file, as it is told: "NAME:LINE: what".
 std::string AtSessionLine(const std::string& name, int line, const std::string& what);
 
+// For reading a session file (ReadFileBytes' readEnough): whether the bytes so far already
+// hold a line longer than kMaxSessionLineBytes, whose mistake they tell alone, so that a file
+// without line ends, or a sparse one, is not read on. UTF-16 is read whole: a mistake
+// anywhere in its units is told before those of its lines.
+std::function<bool(const std::string& bytes)> SessionReadEnough();
+
 // The file's text as UTF-8, its byte-order mark dropped and UTF-16 converted. Throws
 // UsageError, with name and the line where it can, for other bytes: UTF-16 without a mark,
 // a lone half of a UTF-16 pair, half a UTF-16 character at the end.

@@ -5,7 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/wide_text.h"
+#include "tests/support/scratch_file.h"
 #include "tool/common/command_line.h"
+#include "tool/common/file_access.h"
 #include "tool/replay/session_file.h"
 
 namespace hublet {
@@ -71,6 +74,30 @@ TEST(SessionFile, OtherBytesAreMistakesWithTheirLine) {
   const std::string huge = Mistake("save\nuser:" + std::string(kMaxSessionLineBytes, 'x') + "\n");
   EXPECT_THAT(huge, HasSubstr("s:2: the line is longer than 4096 bytes"));
   EXPECT_LT(huge.size(), 200u);
+}
+
+// A file read until its bytes tell the mistake of a line too long, no further; the mistake is
+// the one the whole file tells. UTF-16 is read whole.
+TEST(SessionFile, ReadingStopsAtALineTooLong) {
+  const std::string whole = "save\n" + std::string(4u << 20, 'x') + "\nsave\n";
+  const std::string utf16 = Utf16("save\n" + std::string(100000, 'x'), false);
+  for (const std::string& contents : {whole, "\xEF\xBB\xBF" + whole, utf16}) {
+    const testing::ScratchFile file(contents);
+    std::string bytes, error;
+    ASSERT_TRUE(ReadFileBytes(WideToUtf8(file.path()), bytes, error, SessionReadEnough())) << error;
+    EXPECT_EQ(Mistake(bytes), Mistake(contents));
+    if (contents == utf16)
+      EXPECT_EQ(bytes, utf16);
+    else
+      EXPECT_LE(bytes.size(), 2u * 65536u);
+  }
+  // A longest line, after UTF-8's mark, is no reason to stop.
+  std::string longest = "\xEF\xBB\xBFuser:" + std::string(kMaxSessionLineBytes - 5, 'x') + "\n";
+  for (int i = 0; i < 40000; ++i) longest += "save\n";
+  const testing::ScratchFile file(longest);
+  std::string bytes, error;
+  ASSERT_TRUE(ReadFileBytes(WideToUtf8(file.path()), bytes, error, SessionReadEnough())) << error;
+  EXPECT_EQ(bytes, longest);
 }
 
 }  // namespace
