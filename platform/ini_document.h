@@ -17,6 +17,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -216,19 +217,22 @@ class IniDocument {
 // holds a file's bytes already (the checker, the fuzzer).
 class IniDocumentReader final : public ProfileReader {
  public:
-  explicit IniDocumentReader(IniDocument document) : document_(std::move(document)) {}
-  const IniDocument& Document() const { return document_; }
+  explicit IniDocumentReader(IniDocument document)
+      : document_(std::make_shared<const IniDocument>(std::move(document))) {}
+  // A document that other readers share (the replay's, kept for many passes).
+  explicit IniDocumentReader(std::shared_ptr<const IniDocument> document) : document_(std::move(document)) {}
+  const IniDocument& Document() const { return *document_; }
   std::uint32_t ReadInt(const std::wstring& section, const std::wstring& key,
                         std::int32_t defaultValue) override {
-    return document_.LookupInt(section, key, defaultValue);
+    return document_->LookupInt(section, key, defaultValue);
   }
   std::wstring ReadText(const std::wstring& section, const std::wstring& key,
                         const std::wstring& defaultValue) override {
-    return document_.LookupText(section, key, defaultValue);
+    return document_->LookupText(section, key, defaultValue);
   }
 
  private:
-  IniDocument document_;
+  std::shared_ptr<const IniDocument> document_;
 };
 
 // How GetPrivateProfileIntW reads a whole number from a value's text: leading characters

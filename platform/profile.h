@@ -26,4 +26,12 @@ class ProfileReader {
 // Opens the platform's reader on path; a missing or unreadable file answers defaults.
 std::unique_ptr<ProfileReader> OpenProfile(const std::wstring& path);
 
+#ifndef _WIN32
+class IniDocument;
+// The file at path parsed as OpenProfile reads it, for a caller that keeps it (the replay
+// reads a file once for many passes); read is false when the file could not be read to its
+// end, and the document then answers what was read, or defaults.
+std::shared_ptr<const IniDocument> ReadProfileDocument(const std::wstring& path, bool& read);
+#endif
+
 }  // namespace hublet

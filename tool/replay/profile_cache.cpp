@@ -1,12 +1,9 @@
 #include "tool/replay/profile_cache.h"
 
-#include <utility>
-
 #ifndef _WIN32
 #include <sys/stat.h>
 
 #include "platform/wide_text.h"
-#include "tool/common/file_access.h"
 #endif
 
 namespace hublet {
@@ -15,22 +12,6 @@ namespace {
 
 // More files than a session switches between; each costs its size in memory.
 constexpr std::size_t kKeptFiles = 4;
-
-// Answers from a document that several passes share.
-class SharedDocumentReader final : public ProfileReader {
- public:
-  explicit SharedDocumentReader(std::shared_ptr<const IniDocument> document) : document_(std::move(document)) {}
-  std::uint32_t ReadInt(const std::wstring& section, const std::wstring& key, std::int32_t defaultValue) override {
-    return document_->LookupInt(section, key, defaultValue);
-  }
-  std::wstring ReadText(const std::wstring& section, const std::wstring& key,
-                        const std::wstring& defaultValue) override {
-    return document_->LookupText(section, key, defaultValue);
-  }
-
- private:
-  std::shared_ptr<const IniDocument> document_;
-};
 
 }  // namespace
 
@@ -55,16 +36,15 @@ std::unique_ptr<ProfileReader> ProfileCache::Open(const std::wstring& path) {
     break;
   }
   if (!document) {
-    // Read and parsed as the POSIX profile reader does; a file that cannot be read is left
-    // to that reader, which answers the defaults.
-    std::string bytes;
-    std::string error;
-    if (!ReadFileBytes(WideToUtf8(path), bytes, error)) return OpenProfile(path);
-    document = std::make_shared<const IniDocument>(IniDocument::Parse(std::move(bytes)));
+    // A file that could not be read answers what the reader makes of it, and is not kept:
+    // it may read next time.
+    bool read = false;
+    document = ReadProfileDocument(path, read);
+    if (!read) return std::unique_ptr<ProfileReader>(new IniDocumentReader(document));
   }
   if (entries_.size() == kKeptFiles) entries_.erase(entries_.begin());
   entries_.push_back(Entry{path, version, document});
-  return std::unique_ptr<ProfileReader>(new SharedDocumentReader(document));
+  return std::unique_ptr<ProfileReader>(new IniDocumentReader(document));
 #endif
 }
 
