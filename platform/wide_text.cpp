@@ -38,6 +38,41 @@ void AppendUtf8(std::string& out, char32_t code) {
 
 bool IsContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
 
+// What a lead byte past ASCII begins: the sequence's length (0 for none) and the bounds of
+// its second byte, which exclude overlong forms, surrogates and values past U+10FFFF up
+// front, so that every completed sequence is valid.
+struct Utf8Lead {
+  std::size_t length;
+  unsigned char low, high;
+};
+
+Utf8Lead LeadOf(unsigned char lead) {
+  Utf8Lead result = {0, 0x80, 0xBF};
+  if (lead >= 0xC2 && lead <= 0xDF) {
+    result.length = 2;
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    result.length = 3;
+    if (lead == 0xE0) result.low = 0xA0;
+    if (lead == 0xED) result.high = 0x9F;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    result.length = 4;
+    if (lead == 0xF0) result.low = 0x90;
+    if (lead == 0xF4) result.high = 0x8F;
+  }
+  return result;
+}
+
+// How many bytes from bytes[at] on (before end) continue the sequence that lead begins.
+std::size_t Continued(const std::string& bytes, std::size_t at, std::size_t end, const Utf8Lead& lead) {
+  std::size_t used = 1;
+  while (used < lead.length && at + used < end) {
+    const unsigned char byte = static_cast<unsigned char>(bytes[at + used]);
+    if (used == 1 ? (byte < lead.low || byte > lead.high) : !IsContinuation(byte)) break;
+    ++used;
+  }
+  return used;
+}
+
 }  // namespace
 
 // Each maximal ill-formed subsequence becomes one U+FFFD, as Unicode recommends, so a
@@ -54,41 +89,35 @@ std::wstring Utf8ToWide(const std::string& utf8) {
       ++i;
       continue;
     }
-    std::size_t length = 0;
-    char32_t code = 0;
-    // Bounds for the second byte exclude overlong forms, surrogates and values past
-    // U+10FFFF up front, so every completed sequence is valid.
-    unsigned char low = 0x80;
-    unsigned char high = 0xBF;
-    if (lead >= 0xC2 && lead <= 0xDF) {
-      length = 2;
-      code = lead & 0x1F;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-      length = 3;
-      code = lead & 0x0F;
-      if (lead == 0xE0) low = 0xA0;
-      if (lead == 0xED) high = 0x9F;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-      length = 4;
-      code = lead & 0x07;
-      if (lead == 0xF0) low = 0x90;
-      if (lead == 0xF4) high = 0x8F;
-    } else {
+    const Utf8Lead sequence = LeadOf(lead);
+    if (sequence.length == 0) {
       AppendUtf16(out, kReplacement);
       ++i;
       continue;
     }
-    std::size_t used = 1;
-    while (used < length && i + used < size) {
-      const unsigned char byte = static_cast<unsigned char>(utf8[i + used]);
-      if (used == 1 ? (byte < low || byte > high) : !IsContinuation(byte)) break;
-      code = (code << 6) | (byte & 0x3F);
-      ++used;
-    }
-    AppendUtf16(out, used == length ? code : kReplacement);
+    const std::size_t used = Continued(utf8, i, size, sequence);
+    char32_t code = lead & (0x7F >> sequence.length);
+    for (std::size_t k = 1; k < used; ++k) code = (code << 6) | (static_cast<unsigned char>(utf8[i + k]) & 0x3F);
+    AppendUtf16(out, used == sequence.length ? code : kReplacement);
     i += used;
   }
   return out;
+}
+
+std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t at, std::size_t end) {
+  const unsigned char lead = static_cast<unsigned char>(bytes[at]);
+  if (lead < 0x80) return 1;
+  const Utf8Lead sequence = LeadOf(lead);
+  return sequence.length != 0 && Continued(bytes, at, end, sequence) == sequence.length ? sequence.length : 0;
+}
+
+bool IsUtf8(const std::string& bytes) {
+  for (std::size_t at = 0; at < bytes.size();) {
+    const std::size_t length = Utf8SequenceAt(bytes, at, bytes.size());
+    if (length == 0) return false;
+    at += length;
+  }
+  return true;
 }
 
 std::string WideToUtf8(const std::wstring& wide) {

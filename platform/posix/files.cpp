@@ -38,33 +38,6 @@ const unsigned kEscapedByte = 0xDC00;
 
 bool IsEscapedByte(std::uint32_t unit) { return unit >= kEscapedByte + 0x80 && unit <= kEscapedByte + 0xFF; }
 
-// The length of the valid UTF-8 sequence at bytes[at], 0 when none starts there.
-std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t at) {
-  const unsigned char lead = static_cast<unsigned char>(bytes[at]);
-  if (lead < 0x80) return 1;
-  std::size_t length = 0;
-  unsigned char low = 0x80, high = 0xBF;  // the second byte's range, which rules out
-  if (lead >= 0xC2 && lead <= 0xDF) {     // overlong forms, surrogates and values past
-    length = 2;                           // U+10FFFF
-  } else if (lead >= 0xE0 && lead <= 0xEF) {
-    length = 3;
-    if (lead == 0xE0) low = 0xA0;
-    if (lead == 0xED) high = 0x9F;
-  } else if (lead >= 0xF0 && lead <= 0xF4) {
-    length = 4;
-    if (lead == 0xF0) low = 0x90;
-    if (lead == 0xF4) high = 0x8F;
-  } else {
-    return 0;
-  }
-  if (bytes.size() - at < length) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    const unsigned char byte = static_cast<unsigned char>(bytes[at + i]);
-    if (i == 1 ? (byte < low || byte > high) : (byte & 0xC0) != 0x80) return 0;
-  }
-  return length;
-}
-
 // A name's bytes as a wide path (see WidePath) and back.
 std::wstring WideName(const std::string& bytes) {
   // ASCII, as most names are, needs no look for bytes that are not UTF-8.
@@ -75,7 +48,7 @@ std::wstring WideName(const std::string& bytes) {
   while (at < bytes.size()) {
     std::size_t text = at;
     while (text < bytes.size()) {
-      const std::size_t length = Utf8SequenceAt(bytes, text);
+      const std::size_t length = Utf8SequenceAt(bytes, text, bytes.size());
       if (length == 0) break;
       text += length;
     }

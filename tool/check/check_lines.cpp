@@ -25,19 +25,10 @@ bool LooksBinary(const std::string& bytes) {
 }
 
 // A UTF-8 sequence of two to four bytes at bytes[i], valid and not overlong; its length
-// or 0.
-std::size_t Utf8SequenceAt(const std::string& bytes, std::size_t i, std::size_t end) {
-  const unsigned char lead = static_cast<unsigned char>(bytes[i]);
-  std::size_t length = 0;
-  if (lead >= 0xC2 && lead <= 0xDF) length = 2;
-  if (lead >= 0xE0 && lead <= 0xEF) length = 3;
-  if (lead >= 0xF0 && lead <= 0xF4) length = 4;
-  if (length == 0 || i + length > end) return 0;
-  for (std::size_t k = 1; k < length; ++k)
-    if ((static_cast<unsigned char>(bytes[i + k]) & 0xC0) != 0x80) return 0;
-  // The replacement character is what a decoder makes of garbage: not a real letter.
-  const std::wstring decoded = Utf8ToWide(bytes.substr(i, length));
-  return decoded.find(L'\xFFFD') == std::wstring::npos ? length : 0;
+// or 0. The replacement character is what a decoder makes of garbage: not a real letter.
+std::size_t LetterPastAsciiAt(const std::string& bytes, std::size_t i, std::size_t end) {
+  const std::size_t length = Utf8SequenceAt(bytes, i, end);
+  return length < 2 || bytes.compare(i, length, "\xEF\xBF\xBD") == 0 ? 0 : length;
 }
 
 // The lines of UTF-16 text from byte `begin` on, counted as the reader counts lines (CR,
@@ -108,7 +99,7 @@ class Utf8Check final : public LineCheck {
     const std::size_t end = line.content.begin + line.content.length;
     for (std::size_t k = line.content.begin; k < end; ++k) {
       if (static_cast<unsigned char>(bytes[k]) < 0x80) continue;
-      const std::size_t length = Utf8SequenceAt(bytes, k, end);
+      const std::size_t length = LetterPastAsciiAt(bytes, k, end);
       if (length == 0) continue;
       if (!context_.Keeps()) {
         context_.Count(Severity::Warning);

@@ -46,8 +46,6 @@ std::string FromUtf16(const std::string& bytes, bool bigEndian, const std::strin
   return WideToUtf8(units);
 }
 
-bool IsUtf8(const std::string& text) { return WideToUtf8(Utf8ToWide(text)) == text; }
-
 }  // namespace
 
 std::string AtSessionLine(const std::string& name, int line, const std::string& what) {
